@@ -1,0 +1,48 @@
+# The Debian packages that the build, the tests, the demo and the benchmarks need.
+# Sourced by ./check, ./demo and ./bench.
+
+packages='
+    clang
+    clang-format
+    clang-tidy
+    clazy
+    cmake
+    dbus
+    doxygen
+    fonts-dejavu-core
+    g++
+    git
+    libbenchmark-dev
+    libclang-rt-14-dev
+    libglib2.0-bin
+    libglib2.0-dev
+    ninja-build
+    pkg-config
+    qtbase5-dev
+    qtdeclarative5-dev
+'
+
+# Installs what is missing, as root or through sudo; on another distribution it says what is missing.
+require_packages() {
+    missing=
+    for package in $packages; do
+        case $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true) in
+        'install ok installed') ;;
+        *) missing="$missing $package" ;;
+        esac
+    done
+    [ -n "$missing" ] || return 0
+
+    if ! command -v apt-get >/dev/null; then
+        echo "These packages (Debian's names) may be missing:$missing" >&2
+        exit 1
+    fi
+    sudo=
+    [ "$(id -u)" -eq 0 ] || sudo=sudo
+    echo "Installing$missing"
+    # The names are separate words on purpose.
+    # shellcheck disable=SC2086
+    $sudo apt-get update -qq
+    $sudo env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing \
+        >/dev/null
+}

@@ -1,0 +1,45 @@
+# Installation: the library, its headers, the bus interfaces, and what other build systems find it by.
+
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Quorvane")
+set(generated_dir "${PROJECT_BINARY_DIR}/package")
+
+install(TARGETS Quorvane EXPORT QuorvaneTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    COMPONENT library
+    NAMELINK_COMPONENT development
+)
+
+foreach(header_root IN ITEMS "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}")
+    install(DIRECTORY "${header_root}/quorvane" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+        COMPONENT development
+        FILES_MATCHING
+        PATTERN "*.h"
+        PATTERN "*_p.h" EXCLUDE
+        PATTERN "CMakeFiles" EXCLUDE
+        PATTERN "Quorvane_autogen" EXCLUDE
+    )
+endforeach()
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/quorvane/"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces"
+    COMPONENT development
+    FILES_MATCHING PATTERN "*.xml"
+)
+
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/QuorvaneConfig.cmake.in"
+    "${generated_dir}/QuorvaneConfig.cmake" INSTALL_DESTINATION "${package_dir}")
+write_basic_package_version_file("${generated_dir}/QuorvaneConfigVersion.cmake"
+    COMPATIBILITY SameMajorVersion)
+install(EXPORT QuorvaneTargets NAMESPACE Quorvane:: DESTINATION "${package_dir}"
+    COMPONENT development)
+install(FILES "${generated_dir}/QuorvaneConfig.cmake" "${generated_dir}/QuorvaneConfigVersion.cmake"
+    DESTINATION "${package_dir}" COMPONENT development)
+
+cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
+    OUTPUT_VARIABLE pkgconfig_libdir)
+cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_INCLUDEDIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
+    OUTPUT_VARIABLE pkgconfig_includedir)
+configure_file("${CMAKE_CURRENT_LIST_DIR}/quorvane.pc.in" "${generated_dir}/quorvane.pc" @ONLY)
+install(FILES "${generated_dir}/quorvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+    COMPONENT development)

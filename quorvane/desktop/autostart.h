@@ -1,0 +1,43 @@
+#pragma once
+
+#include <quorvane/desktop/entries.h>
+#include <quorvane/quorvane_export.h>
+
+#include <QObject>
+#include <QString>
+
+namespace xdg {
+
+/*! \brief Starts what the autostart folders hold.
+
+    The entries are the *.desktop files of the folder "autostart" below xdg::configDirs() and
+    xdg::configHome(); the folders are watched. At construction, among files of one name the one in
+    the last element of configDirs() wins, and the one in configHome() comes last of all.
+
+    Nothing starts by itself, and of the Desktop Application Autostart Specification only the
+    folders are followed: Hidden, OnlyShowIn and their like are for the caller to select by.
+    The programs are children of this process and end with it. Debug lines go to the category
+    AUTO_START(). */
+class QUORVANE_EXPORT AutoStart : public QObject
+{
+    Q_OBJECT
+
+public:
+    /*! Reads and watches the autostart folders; starts nothing. */
+    explicit AutoStart(QObject *parent = nullptr);
+    ~AutoStart() override;
+
+public Q_SLOTS:
+    /*! Calls Entry::start() on each entry whose \a key (such as "Desktop Entry/Name") has the
+        \a value, both trimmed and without regard to case, in order of the application ids.
+
+        A null key or a null value starts every entry. An empty value that is not null starts the
+        entries that have the key empty or do not have it; from QML an empty string is never
+        null. */
+    void start(const QString &key = QString(), const QString &value = QString());
+
+private:
+    Entries _entries;
+};
+
+} // namespace xdg

@@ -1,0 +1,201 @@
+#include <quorvane/desktop/entry.h>
+
+#include <quorvane/basedir/basedir.h>
+#include <quorvane/desktop/commandline_p.h>
+#include <quorvane/desktop/entrykeys_p.h>
+#include <quorvane/desktop/process_p.h>
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QProcessEnvironment>
+#include <QSettings>
+
+namespace {
+
+QProcessEnvironment childEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland-egl"));
+    environment.remove(QStringLiteral("QT_IM_MODULE"));
+    return environment;
+}
+
+QString applicationFile(const QString &dataDir, const QString &appId)
+{
+    return dataDir + QLatin1String("/applications/") + appId + QLatin1String(".desktop");
+}
+
+QString statusWord(QProcess::ProcessState state)
+{
+    switch (state) {
+    case QProcess::NotRunning:
+        return QStringLiteral(" stopped");
+    case QProcess::Starting:
+        return QStringLiteral(" starting");
+    case QProcess::Running:
+        return QStringLiteral(" running");
+    }
+    return QString();
+}
+
+} // namespace
+
+namespace xdg {
+
+Entry::Entry(const QString &path, QObject *parent)
+    : QObject(parent)
+    , _path(path)
+    , _settings(new QSettings(path, QSettings::IniFormat, this))
+    , _watcher(QStringList(path))
+{
+    _initialize();
+}
+
+Entry::Entry(QObject *parent)
+    : QObject(parent)
+{
+    _initialize();
+}
+
+Entry::Entry(const Entry &other)
+    : QObject(other.parent())
+    , _path(other.path())
+    , _settings(new QSettings(other.path(), QSettings::IniFormat, this))
+    , _watcher(QStringList(other.path()))
+{
+    _initialize();
+}
+
+Entry::~Entry()
+{
+    // The process reports its end from its own destructor, when the members behind it are gone.
+    _process.disconnect(this);
+}
+
+void Entry::_initialize()
+{
+    _process.setProcessEnvironment(childEnvironment());
+    connect(&_watcher, &QFileSystemWatcher::fileChanged, this, &Entry::_desktopFileChanged,
+            Qt::QueuedConnection);
+    connect(&_process, &QProcess::stateChanged, this, &Entry::_processStateChanged);
+}
+
+QString Entry::path() const
+{
+    return _path;
+}
+
+void Entry::setDesktopFile(const QString &path)
+{
+    _path = path;
+    // The reader before this one may be a child of this entry or not, and is left to itself.
+    _settings = new QSettings(path, QSettings::IniFormat);
+    _watcher.addPaths(QStringList(path));
+    Q_EMIT iconChanged(icon());
+}
+
+QString Entry::appId() const
+{
+    return QFileInfo(path()).completeBaseName();
+}
+
+void Entry::setAppId(const QString &appId)
+{
+    const QStringList searched = QStringList(dataHome()) + dataDirs();
+    for (const QString &dataDir : searched) {
+        const QString candidate = applicationFile(dataDir, appId);
+        if (QFileInfo::exists(candidate)) {
+            setDesktopFile(candidate);
+            return;
+        }
+    }
+    qWarning() << QLatin1String("Can't find Desktop Entry for ") + appId;
+}
+
+QString Entry::icon() const
+{
+    return data(keys::icon());
+}
+
+int Entry::pid() const
+{
+    return static_cast<int>(_process.processId());
+}
+
+void Entry::_desktopFileChanged(const QString &path)
+{
+    if (!_settings)
+        return;
+    if (!QFileInfo(path).isFile()) {
+        Q_EMIT removed(path);
+        return;
+    }
+    _settings->sync();
+    const QStringList askedFor = _cache.keys();
+    for (const QString &key : askedFor) {
+        if (_value(key) == _cache.value(key))
+            continue;
+        const QString value = _value(key);
+        _cache.insert(key, value);
+        Q_EMIT dataChanged(key, value);
+    }
+}
+
+void Entry::_processStateChanged(QProcess::ProcessState newState)
+{
+    Q_UNUSED(newState)
+    Q_EMIT dataChanged(keys::keywords(), data(keys::keywords()));
+}
+
+void Entry::start(const QStringList &args)
+{
+    QStringList exec = splitCommandLine(data(keys::exec()));
+    QStringList action = splitCommandLine(data(keys::startAction()));
+
+    if (!exec.isEmpty()) {
+        const QString program = exec.takeFirst();
+        const QStringList arguments = expandFieldCodes(exec, args);
+        if (_process.state() == QProcess::Running)
+            Q_EMIT raiseProcess(pid());
+        else
+            _process.start(program, arguments, QIODevice::ReadWrite);
+    } else if (!action.isEmpty()) {
+        const QString program = action.takeFirst();
+        _process.start(program, expandFieldCodes(action, args), QIODevice::ReadWrite);
+    } else {
+        qWarning() << "Can't find a way to start " << _path;
+    }
+}
+
+void Entry::stop(const QStringList &args)
+{
+    QStringList command = splitCommandLine(data(keys::stopAction()));
+    if (!command.isEmpty()) {
+        const QString program = command.takeFirst();
+        _process.start(program, expandFieldCodes(command, args), QIODevice::ReadWrite);
+    } else if (_process.state() != QProcess::NotRunning) {
+        terminateProcess(_process.processId());
+    }
+}
+
+QString Entry::data(const QString &key) const
+{
+    if (!_settings)
+        return QString();
+    if (key == keys::keywords()) {
+        const QString keywords = _value(key);
+        if (keywords.contains(QLatin1String("RemoteProcess")))
+            return keywords;
+        return keywords + statusWord(_process.state());
+    }
+    if (!_cache.contains(key))
+        _cache.insert(key, _value(key));
+    return _value(key);
+}
+
+QString Entry::_value(const QString &key) const
+{
+    return _settings->value(key).toString();
+}
+
+} // namespace xdg

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "environment.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+// Data and configuration directories for one test: home comes first in the search for an
+// application id, then one, then two. The environment points there for the life of the fixture.
+class DesktopFixture
+{
+public:
+    DesktopFixture();
+
+    QString path(const QString &relative) const;
+
+    // Writes a file with the lines in the group "Desktop Entry"; a line "[...]" begins another.
+    QString write(const QString &relative, const QStringList &lines = {}) const;
+    QString writeBytes(const QString &relative, const QByteArray &content) const;
+
+    // A command that runs the child; it reports to the file reportOf(name).
+    QString childCommand(const QString &name, const QString &arguments = {}) const;
+    QStringList reportOf(const QString &name,
+                         const QString &kind = QStringLiteral("argument")) const;
+
+    Environment environment;
+
+private:
+    QTemporaryDir _root;
+};

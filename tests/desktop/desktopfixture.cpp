@@ -1,5 +1,6 @@
 #include "desktopfixture.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -31,6 +32,9 @@ QString DesktopFixture::writeBytes(const QString &relative, const QByteArray &co
     QDir().mkpath(QFileInfo(file).path());
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("Can't write %s", qPrintable(file.fileName()));
+    // A second write in the same millisecond is a change like any other.
+    file.flush();
+    file.setFileTime(QDateTime::currentDateTime().addSecs(++_writes), QFile::FileModificationTime);
     return file.fileName();
 }
 

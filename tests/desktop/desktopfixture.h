@@ -27,4 +27,5 @@ public:
 
 private:
     QTemporaryDir _root;
+    mutable int _writes = 0;
 };

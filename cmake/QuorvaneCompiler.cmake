@@ -20,7 +20,9 @@ if(QUORVANE_SANITIZE)
 endif()
 
 function(quorvane_strict target)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)
+    # Qt's qCDebug() is a variadic macro that is called without arguments.
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic
+        $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII
         QT_NO_CAST_TO_ASCII

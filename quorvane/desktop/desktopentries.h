@@ -90,7 +90,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     bool _contains(const QString &path);
-    QStringList _getEntriesFrom(const QString &path = QStringLiteral(""));
+    QStringList _getEntriesFrom(const QString &path = QLatin1String(""));
     void _dataChanged(const QString &appid, const QString &item, const QString &value);
 
 public Q_SLOTS:

@@ -148,7 +148,7 @@ public Q_SLOTS:
     /*! The value of \a key as last read from the file, empty for a key that the file does not have
         and null while the entry has no file. Asking for a key makes dataChanged() report its
         changes. */
-    QString data(const QString &key) const;
+    QString data(const QString &key) const; // A slot for QML. clazy:exclude=const-signal-or-slot
 
 private:
     void _initialize();

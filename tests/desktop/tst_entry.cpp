@@ -296,17 +296,18 @@ void TestEntry::aSignalNeverGoesToProcessZero()
 
 void TestEntry::destructionKillsSilently()
 {
-    auto *entry = new Entry(
-            _fixture->write("a.desktop", { "Exec=" + _fixture->childCommand("report") }));
-    entry->start({});
-    QTRY_VERIFY(QFile::exists(_fixture->path("report")));
-    const int pid = entry->pid();
     int heard = 0;
-    connect(entry, &Entry::dataChanged, this, [&] {
-        ++heard;
-        entry->data("Desktop Entry/Name");
-    });
-    delete entry;
+    int pid = 0;
+    {
+        Entry entry(_fixture->write("a.desktop", { "Exec=" + _fixture->childCommand("report") }));
+        entry.start({});
+        QTRY_VERIFY(QFile::exists(_fixture->path("report")));
+        pid = entry.pid();
+        connect(&entry, &Entry::dataChanged, this, [&] {
+            ++heard;
+            entry.data("Desktop Entry/Name");
+        });
+    }
     QCOMPARE(heard, 0);
     QCOMPARE(kill(pid, 0), -1);
 }

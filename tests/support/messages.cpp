@@ -2,12 +2,16 @@
 
 namespace {
 
-QStringList recorded;
+QStringList &recorded()
+{
+    static QStringList messages;
+    return messages;
+}
 
 void record(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     static const char *const levels[] = { "debug", "warning", "critical", "fatal", "info" };
-    recorded += QStringLiteral("%1 %2: %3").arg(context.category, levels[type], text);
+    recorded() += QStringLiteral("%1 %2: %3").arg(context.category, levels[type], text);
 }
 
 } // namespace
@@ -15,7 +19,7 @@ void record(QtMsgType type, const QMessageLogContext &context, const QString &te
 Messages::Messages()
     : _before(qInstallMessageHandler(record))
 {
-    recorded.clear();
+    recorded().clear();
 }
 
 Messages::~Messages()
@@ -26,6 +30,6 @@ Messages::~Messages()
 QStringList Messages::take()
 {
     QStringList taken;
-    taken.swap(recorded);
+    taken.swap(recorded());
     return taken;
 }

@@ -93,6 +93,7 @@ int Entries::addDirectory(const QString &path, bool replace)
     const QStringList files = desktopFiles(QDir(trimmed));
     for (const QString &file : files)
         add(file, replace);
+    _compact();
     _watcher.addPath(trimmed);
     return 0;
 }
@@ -158,6 +159,14 @@ void Entries::_entryDataChanged(const QString &key, const QString &value)
 {
     if (const auto *entry = qobject_cast<Entry *>(sender()))
         Q_EMIT entryDataChanged(entry->appId(), key, value);
+}
+
+// Nodes made one after another lie scattered among what the entries allocate. A copy has them side
+// by side, which makes every walk over a large map several times faster.
+void Entries::_compact()
+{
+    const QMap<QString, Entry *> scattered = _entries;
+    _entries.detach();
 }
 
 // The rank of the key, -1 if it is not there. The walk goes both ways at once and ends at the nearer

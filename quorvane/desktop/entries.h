@@ -85,6 +85,7 @@ private Q_SLOTS:
     void _entryDataChanged(const QString &key, const QString &value);
 
 private:
+    void _compact();
     int _indexOf(const QString &key) const;
 
     QString _spare; // Unused; keeps the layout of the class.

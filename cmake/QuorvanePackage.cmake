@@ -36,10 +36,11 @@ install(EXPORT QuorvaneTargets NAMESPACE Quorvane:: DESTINATION "${package_dir}"
 install(FILES "${generated_dir}/QuorvaneConfig.cmake" "${generated_dir}/QuorvaneConfigVersion.cmake"
     DESTINATION "${package_dir}" COMPONENT development)
 
-cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
-    OUTPUT_VARIABLE pkgconfig_libdir)
-cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_INCLUDEDIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}"
-    OUTPUT_VARIABLE pkgconfig_includedir)
+# Relative to the file itself, so that an installation can be moved.
+file(RELATIVE_PATH pkgconfig_to_prefix
+    "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+file(RELATIVE_PATH pkgconfig_to_include
+    "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_FULL_INCLUDEDIR}")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/quorvane.pc.in" "${generated_dir}/quorvane.pc" @ONLY)
 install(FILES "${generated_dir}/quorvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
     COMPONENT development)

@@ -1,0 +1,20 @@
+#!/usr/bin/env python3
+"""Every C++ and QML snippet of the README and the guide is part of a file that is built or run."""
+
+import pathlib
+import re
+import sys
+
+root = pathlib.Path(__file__).resolve().parents[2]
+code = [file.read_text() for file in (root / "examples").rglob("*") if file.suffix in (".cpp", ".qml")]
+
+checked = 0
+stray = []
+for page in [root / "README.md", *sorted((root / "docs").glob("*.md"))]:
+    for snippet in re.findall(r"^```(?:cpp|qml)\n(.*?)^```", page.read_text(), re.S | re.M):
+        checked += 1
+        if not any(snippet in text for text in code):
+            stray.append(f"{page.name}: in no example:\n{snippet}")
+
+print("\n".join(stray) or f"{checked} snippets stand in the examples")
+sys.exit(1 if stray or not checked else 0)

@@ -223,6 +223,12 @@ void TestDesktopEntries::stopByNumber()
     model.stop(QString::number(stranger.processId()));
     QVERIFY(stranger.waitForFinished());
     QCOMPARE(stranger.error(), QProcess::Crashed);
+
+    // An entry without a program has the number 0, and is told to stop.
+    _app("a", { "[Desktop Action Stop]", "Exec=" + _fixture->childCommand("stop") });
+    DesktopEntries withEntry;
+    withEntry.stop("0");
+    QTRY_VERIFY(QFile::exists(_fixture->path("stop")));
 }
 
 void TestDesktopEntries::entriesOfAPrefix()

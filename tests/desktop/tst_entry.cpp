@@ -96,6 +96,9 @@ void TestEntry::changesAreReportedByKeyInAscendingOrder()
     QTRY_COMPARE(changes, QStringList({ "Icon=", "Late=l", "Name=new" }));
     QCOMPARE(iconChanged.count(), 0);
     QCOMPARE(entry.data("Desktop Entry/Name"), QStringLiteral("new"));
+    changes.clear();
+    _fixture->write("a.desktop", { "Exec=e", "Name=n", "Late=l" });
+    QTRY_COMPARE(changes, QStringList("Name=n"));
 }
 
 void TestEntry::aRemovedFileIsReportedAndKeepsItsValues()

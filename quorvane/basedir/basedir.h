@@ -6,6 +6,7 @@
 #include <QStringList>
 
 /*! \file
+    \ingroup basedir
     The base directories of the user, after the XDG Base Directory Specification.
 
     Each function reads the environment anew at every call and computes text only: no directory is

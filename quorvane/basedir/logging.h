@@ -5,6 +5,7 @@
 #include <QLoggingCategory>
 
 /*! \file
+    \ingroup basedir
     The logging categories of the library. All levels of both are enabled until Qt's logging rules
     say otherwise. The desktop entry classes and the notification classes log to Qt's "default"
     category. */

@@ -8,7 +8,8 @@
 
 namespace xdg {
 
-/*! \brief Starts what the autostart folders hold.
+/*! \ingroup desktop
+    \brief Starts what the autostart folders hold.
 
     The entries are the *.desktop files of the folder "autostart" below xdg::configDirs() and
     xdg::configHome(); the folders are watched. At construction, among files of one name the one in

@@ -9,7 +9,8 @@
 
 namespace xdg {
 
-/*! \brief The installed applications as a list model, one row per desktop entry.
+/*! \ingroup desktop
+    \brief The installed applications as a list model, one row per desktop entry.
 
     The rows are the *.desktop files of the folder "applications" below xdg::dataDirs() and
     xdg::dataHome(), in ascending, case-sensitive order of their application ids; the folders are

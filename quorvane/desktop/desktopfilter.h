@@ -9,7 +9,8 @@ namespace xdg {
 
 class DesktopEntries;
 
-/*! \brief Narrows DesktopEntries down to what one view shows.
+/*! \ingroup desktop
+    \brief Narrows DesktopEntries down to what one view shows.
 
     A row is shown if its entry has a name, is not marked NoDisplay (unless showAll), is of the
     category (unless that is empty), and has a command in the group section (unless that is empty).

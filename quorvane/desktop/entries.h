@@ -12,7 +12,8 @@ namespace xdg {
 
 class Entry;
 
-/*! \brief A registry of the desktop entries in a set of watched directories.
+/*! \ingroup desktop
+    \brief A registry of the desktop entries in a set of watched directories.
 
     addDirectory() registers the *.desktop files of a directory and watches it; from then on files
     that come and go are registered and dropped from the event loop. The registry sees files come

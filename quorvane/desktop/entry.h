@@ -14,7 +14,8 @@ class QSettings;
 
 namespace xdg {
 
-/*! \brief One desktop entry: a file that is read and watched, and the program that it describes.
+/*! \ingroup desktop
+    \brief One desktop entry: a file that is read and watched, and the program that it describes.
 
     An entry is bound to a file by its constructor, by setDesktopFile(), or by setAppId(), which
     looks the file up in the data directories. From then on data() answers for any key of the file,

@@ -5,15 +5,21 @@ import pathlib
 import re
 import sys
 
+
+def flat(text):
+    """The text without its indentation, which depends on where it stands."""
+    return "\n".join(line.strip() for line in text.splitlines())
+
+
 root = pathlib.Path(__file__).resolve().parents[2]
-code = [file.read_text() for file in (root / "examples").rglob("*") if file.suffix in (".cpp", ".qml")]
+code = [flat(file.read_text()) for file in (root / "examples").rglob("*") if file.suffix in (".cpp", ".qml")]
 
 checked = 0
 stray = []
 for page in [root / "README.md", *sorted((root / "docs").glob("*.md"))]:
     for snippet in re.findall(r"^```(?:cpp|qml)\n(.*?)^```", page.read_text(), re.S | re.M):
         checked += 1
-        if not any(snippet in text for text in code):
+        if not any(flat(snippet) in text for text in code):
             stray.append(f"{page.name}: in no example:\n{snippet}")
 
 print("\n".join(stray) or f"{checked} snippets stand in the examples")

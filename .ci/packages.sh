@@ -9,6 +9,7 @@ packages='
     cmake
     dbus
     doxygen
+    dpkg-dev
     fonts-dejavu-core
     g++
     git

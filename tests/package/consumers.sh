@@ -1,18 +1,28 @@
 #!/bin/sh
-# Installs a build into an empty prefix and uses it from there: found by CMake, and by pkg-config.
+# Uses a build as a stranger would, from an empty root: installed there by CMake or unpacked from the
+# Debian packages, and found by CMake and by pkg-config.
 set -eu
 
-if [ $# -ne 3 ] || [ "$1" = --help ]; then
-    echo 'usage: consumers.sh CMAKE BUILDDIR WORKDIR' >&2
+if [ $# -ne 4 ] || [ "$1" = --help ]; then
+    echo 'usage: consumers.sh install|packages CMAKE BUILDDIR WORKDIR' >&2
     exit 2
 fi
-cmake=$1 build=$2 work=$3
+how=$1 cmake=$2 build=$3 work=$4
 here=$(dirname "$(readlink -f "$0")")
 examples=$here/../../examples
-prefix=$work/prefix
+prefix=$work/root/usr
 
 rm -rf "$work"
-"$cmake" --install "$build" --prefix "$prefix" >/dev/null
+if [ "$how" = install ]; then
+    "$cmake" --install "$build" --prefix "$prefix" >/dev/null
+else
+    (mkdir -p "$work/packages" && cd "$work/packages" && cpack --config "$build/CPackConfig.cmake")
+    dpkg-deb --field "$work"/packages/libquorvane1_*.deb Depends | grep libqt5dbus5
+    dpkg-deb --field "$work"/packages/qml-module-quorvane_*.deb Depends | grep libquorvane1
+    for package in "$work"/packages/libquorvane*.deb; do
+        dpkg-deb --extract "$package" "$work/root"
+    done
+fi
 libdir=$(dirname "$(find "$prefix" -name libquorvane.so.1.1.0)")
 [ "$(readlink "$libdir/libquorvane.so")" = libquorvane.so.1 ]
 [ "$(readlink "$libdir/libquorvane.so.1")" = libquorvane.so.1.1.0 ]

@@ -16,10 +16,10 @@ namespace xdg {
     xdg::NotificationManager::listAction, and hands the key of the chosen row to
     xdg::NotificationManager::returnAction.
 
-    | Number | Name            | Value |
-    |--------|-----------------|-------|
-    | 257    | \c key          | the key, \c QString |
-    | 258    | \c actionText   | the text to show, \c QString; also \c Qt::DisplayRole | */
+    | Role              | Name            | Value |
+    |-------------------|-----------------|-------|
+    | #KeyRole          | \c key          | the key, \c QString |
+    | #ActionTextRole   | \c actionText   | the text to show, \c QString; also \c Qt::DisplayRole | */
 class QUORVANE_EXPORT NotificationActions : public QAbstractListModel
 {
     Q_OBJECT
@@ -28,6 +28,8 @@ class QUORVANE_EXPORT NotificationActions : public QAbstractListModel
             QStringList actionslist READ actionslist WRITE setActionslist NOTIFY actionslistChanged)
 
 public:
+    enum Role { KeyRole = Qt::UserRole + 1, ActionTextRole };
+
     explicit NotificationActions(QObject *parent = nullptr);
 
     /*! The list as it was last set, an odd last element included. */

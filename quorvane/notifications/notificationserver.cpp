@@ -14,8 +14,8 @@ void XdgNotificationServer::RegisterServerToDbus(XdgNotificationServer &server)
 {
     // Without a bus both registrations fail, and the second one says so.
     QDBusConnection bus = notificationbus::sessionBus();
-    bus.registerObject(notificationbus::path, &server, QDBusConnection::ExportAdaptors);
-    const QString name = notificationbus::service;
+    bus.registerObject(notificationbus::path(), &server, QDBusConnection::ExportAdaptors);
+    const QString name = notificationbus::service();
     if (!bus.registerService(name))
         qWarning() << "Can't register dbus service " << name;
 }

@@ -29,7 +29,7 @@ XdgNotifier::XdgNotifier(QObject *parent)
     : QObject(parent)
     // No parent: the proxy outlives the notifier.
     , _proxy(new OrgFreedesktopNotificationsInterface(
-              notificationbus::service, notificationbus::path, notificationbus::sessionBus()))
+              notificationbus::service(), notificationbus::path(), notificationbus::sessionBus()))
 {
     connect(_proxy, &OrgFreedesktopNotificationsInterface::ActionInvoked, this,
             &XdgNotifier::_actionInvoked);

@@ -10,6 +10,7 @@ packages='
     dbus
     doxygen
     dpkg-dev
+    dunst
     fonts-dejavu-core
     g++
     git
@@ -17,10 +18,14 @@ packages='
     libclang-rt-14-dev
     libglib2.0-bin
     libglib2.0-dev
+    libnotify-bin
     ninja-build
     pkg-config
+    python3-dbus
+    python3-gi
     qtbase5-dev
     qtdeclarative5-dev
+    xvfb
 '
 
 # Installs what is missing, as root or through sudo; on another distribution it says what is missing.

@@ -2,7 +2,9 @@
 // a number, and how many posts a second the service takes from a program that does not wait.
 //
 // The service is a second process: this program, started with --serve. It needs a session bus on
-// which nobody owns the name of the notification service.
+// which nobody owns the name of the notification service. On several CPUs a round trip takes one of
+// two times, as the scheduler places the three processes; on one, bus included, it is steady:
+//   taskset -c 0 dbus-run-session --config-file=tests/support/session.conf -- bench_notifications
 
 #include <quorvane/notifications/notificationmanager.h>
 

@@ -4,12 +4,6 @@
 
 namespace xdg {
 
-namespace {
-
-enum Role { KeyRole = Qt::UserRole + 1, ActionTextRole };
-
-} // namespace
-
 NotificationActions::NotificationActions(QObject *parent)
     : QAbstractListModel(parent)
 {

@@ -1,5 +1,7 @@
 #include <quorvane/desktop/desktopentries.h>
 
+#include "table.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -177,3 +179,9 @@ BENCHMARK(addOneFile)->Name("FileAdded")->Apply(thousand);
 BENCHMARK(addOneFileFloor)->Name("FileAdded_baseline")->Apply(thousand);
 
 } // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return runBenchmarks(argc, argv) ? 0 : 1;
+}

@@ -3,10 +3,11 @@
 //
 // The service is a second process: this program, started with --serve. It needs a session bus on
 // which nobody owns the name of the notification service. On several CPUs a round trip takes one of
-// two times, as the scheduler places the three processes; on one, bus included, it is steady:
-//   taskset -c 0 dbus-run-session --config-file=tests/support/session.conf -- bench_notifications
+// two times, as the scheduler places the three processes; on one, bus included, it is steady.
 
 #include <quorvane/notifications/notificationmanager.h>
+
+#include "table.h"
 
 #include <benchmark/benchmark.h>
 
@@ -33,12 +34,13 @@ public:
     }
 
 public Q_SLOTS:
-    void CloseNotification(uint id) { Q_UNUSED(id) } uint
-            Notify(const QString &, uint, const QString &, const QString &, const QString &,
-                   const QStringList &, const QVariantMap &, int)
+    uint Notify(const QString &, uint, const QString &, const QString &, const QString &,
+                const QStringList &, const QVariantMap &, int)
     {
         return ++_number;
     }
+
+    void CloseNotification(uint) { }
 
 private:
     uint _number = 0;
@@ -154,10 +156,15 @@ void NotifyWithoutWaiting_baseline(benchmark::State &state)
     burst(state, barePath);
 }
 
-BENCHMARK(Notify)->Arg(0)->Arg(10000)->UseManualTime();
-BENCHMARK(Notify_baseline)->Arg(0)->Arg(10000)->UseManualTime();
-BENCHMARK(NotifyWithoutWaiting)->Arg(5000)->UseManualTime();
-BENCHMARK(NotifyWithoutWaiting_baseline)->Arg(5000)->UseManualTime();
+void usual(benchmark::internal::Benchmark *benchmark)
+{
+    benchmark->UseManualTime()->Unit(benchmark::kMicrosecond)->Repetitions(9);
+}
+
+BENCHMARK(Notify)->Arg(0)->Arg(10000)->Apply(usual);
+BENCHMARK(Notify_baseline)->Arg(0)->Arg(10000)->Apply(usual);
+BENCHMARK(NotifyWithoutWaiting)->Arg(5000)->Apply(usual);
+BENCHMARK(NotifyWithoutWaiting_baseline)->Arg(5000)->Apply(usual);
 
 } // namespace
 
@@ -167,15 +174,14 @@ int main(int argc, char **argv)
     if (QCoreApplication::arguments().value(1) == QLatin1String("--serve"))
         return serve();
 
-    benchmark::Initialize(&argc, argv);
     QProcess server;
     server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     server.start(QCoreApplication::applicationFilePath(), { "--serve" });
     if (!server.waitForReadyRead())
         return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    const bool done = runBenchmarks(argc, argv);
     server.closeWriteChannel();
-    return server.waitForFinished() ? 0 : 1;
+    return server.waitForFinished() && done ? 0 : 1;
 }
 
 #include "bench_notifications.moc"

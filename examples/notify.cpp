@@ -1,6 +1,6 @@
 // Posts a notification and prints what comes of it:
 //
-//   quorvane-notify "New mail" "From Anna" open Open later "Remind me later"
+//   notify "New mail" "From Anna" open Open later "Remind me later"
 
 #include <quorvane/notifications/notifier.h>
 
@@ -16,7 +16,7 @@ int main(int argc, char **argv)
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     QTextStream out(stdout);
     if (arguments.isEmpty() || arguments.first() == QLatin1String("--help")) {
-        out << "usage: quorvane-notify SUMMARY [BODY [KEY TEXT]...]\n";
+        out << "usage: notify SUMMARY [BODY [KEY TEXT]...]\n";
         return arguments.isEmpty() ? 1 : 0;
     }
 

@@ -165,8 +165,9 @@ void Entries::_entryDataChanged(const QString &key, const QString &value)
 // by side, which makes every walk over a large map several times faster.
 void Entries::_compact()
 {
-    const QMap<QString, Entry *> scattered = _entries;
-    _entries.detach();
+    QMap<QString, Entry *> compact = _entries;
+    compact.detach();
+    _entries.swap(compact);
 }
 
 // The rank of the key, -1 if it is not there. The walk goes both ways at once and ends at the nearer

@@ -9,7 +9,8 @@
 
 namespace xdg {
 
-/*! The actions of one notification as rows, for the buttons of a view.
+/*! \ingroup notifications
+    \brief The actions of one notification as rows, for the buttons of a view.
 
     The notification protocol sends actions as one list in which keys and texts alternate. The
     application sets such a list, as it comes from the manager's role "actions" or from

@@ -1,4 +1,4 @@
-#include "notificationbus_p.h"
+#include <quorvane/notifications/notificationbus_p.h>
 
 #include <QDBusConnection>
 #include <QDebug>

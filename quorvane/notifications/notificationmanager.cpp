@@ -1,7 +1,6 @@
 #include <quorvane/notifications/notificationmanager.h>
 
-#include "notificationbus_p.h"
-
+#include <quorvane/notifications/notificationbus_p.h>
 #include <quorvane/notifications/notificationmanageradaptor.h>
 #include <quorvane/notifications/notificationmessage.h>
 #include <quorvane/notifications/notificationsadaptor.h>

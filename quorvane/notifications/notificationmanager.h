@@ -10,6 +10,7 @@
 class XdgNotificationServer;
 
 /*! \class NotificationManagerAdaptor
+    \ingroup notifications
     The bus interface \c com.zovar.NotificationManager of an xdg::NotificationManager, by which
     another process shows, answers and closes what is pending. It has no signals. */
 class QUORVANE_EXPORT NotificationManagerAdaptor;
@@ -29,7 +30,8 @@ QUORVANE_EXPORT uint serverNotify(QObject *context, const QString &app_name, uin
                                   const QString &body, const QStringList &actions,
                                   const QVariantMap &hints, int timeout);
 
-/*! The notification service of a session, and the list of what is pending, newest first.
+/*! \ingroup notifications
+    \brief The notification service of a session, and the list of what is pending, newest first.
 
     Constructing one is all that is needed: it claims "org.freedesktop.Notifications", for any
     program that posts, and "com.zovar.NotificationManager", for programs that answer. Whoever shows

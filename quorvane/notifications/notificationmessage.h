@@ -8,7 +8,8 @@
 
 namespace xdg {
 
-/*! One pending notification: what was posted, its id, and its expiry.
+/*! \ingroup notifications
+    \brief One pending notification: what was posted, its id, and its expiry.
 
     xdg::NotificationManager creates and owns the messages of the service and shows their values as
     rows. A message never deletes itself; it says expired(), and its owner acts on it.

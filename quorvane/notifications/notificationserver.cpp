@@ -1,6 +1,6 @@
 #include <quorvane/notifications/notificationserver.h>
 
-#include "notificationbus_p.h"
+#include <quorvane/notifications/notificationbus_p.h>
 
 #include <QDBusConnection>
 #include <QDebug>

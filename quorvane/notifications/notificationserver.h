@@ -6,7 +6,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
-/*! The function that handles the \c Notify calls of an XdgNotificationServer.
+/*! \ingroup notifications
+    \brief The function that handles the \c Notify calls of an XdgNotificationServer.
 
     \a context is the object that was given to XdgNotificationServer::setNotify; the other arguments
     are those of the bus call. The result is the id that the caller gets. */
@@ -15,6 +16,7 @@ using NotifyFunction = uint(QObject *context, const QString &app_name, uint repl
                             const QStringList &actions, const QVariantMap &hints, int timeout);
 
 /*! \class NotificationsAdaptor
+    \ingroup notifications
     The bus interface \c org.freedesktop.Notifications of an XdgNotificationServer.
 
     It forwards each call from the bus to the slot of the same name and relays the server's signals
@@ -22,7 +24,8 @@ using NotifyFunction = uint(QObject *context, const QString &app_name, uint repl
     the server is registered. */
 class QUORVANE_EXPORT NotificationsAdaptor;
 
-/*! The object behind the bus interface \c org.freedesktop.Notifications, after the Desktop
+/*! \ingroup notifications
+    \brief The object behind the bus interface \c org.freedesktop.Notifications, after the Desktop
     Notifications Specification 1.2.
 
     It keeps no notifications and hands out no ids. A \c Notify call goes to one function, a

@@ -1,7 +1,6 @@
 #include <quorvane/notifications/notifier.h>
 
-#include "notificationbus_p.h"
-
+#include <quorvane/notifications/notificationbus_p.h>
 #include <quorvane/notifications/notificationsinterface.h>
 
 #include <QDebug>

@@ -6,12 +6,14 @@
 #include <QStringList>
 
 /*! \class OrgFreedesktopNotificationsInterface
+    \ingroup notifications
     The proxy of a service with the interface \c org.freedesktop.Notifications, for applications
     that need more of the protocol than XdgNotifier offers. Its calls don't wait, but for the form
     of \c GetServerInformation with three arguments. */
 class QUORVANE_EXPORT OrgFreedesktopNotificationsInterface;
 
-/*! Posts desktop notifications to whatever service owns "org.freedesktop.Notifications", and tells
+/*! \ingroup notifications
+    \brief Posts desktop notifications to whatever service owns "org.freedesktop.Notifications", and tells
     their outcome.
 
     \code

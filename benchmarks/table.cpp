@@ -1,14 +1,12 @@
-#include <benchmark/benchmark.h>
+#include "table.h"
 
-#include <QCoreApplication>
+#include <benchmark/benchmark.h>
 
 #include <cstdio>
 #include <map>
 #include <string>
 #include <vector>
 
-// Prints a table with a row for each benchmark and measure. "Thing_baseline/1000" is the baseline of
-// "Thing/1000", and "Thing_baseline_other/1000" is another one, named in the last column.
 namespace {
 
 struct Row
@@ -102,11 +100,10 @@ private:
 
 } // namespace
 
-int main(int argc, char *argv[])
+bool runBenchmarks(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     TableReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    return reporter.failed() ? 1 : 0;
+    return !reporter.failed();
 }

@@ -51,7 +51,7 @@ int main(int argc, char **argv)
     QFile input;
     input.open(0, QIODevice::ReadOnly | QIODevice::Unbuffered);
     QSocketNotifier notifier(0, QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
+    QObject::connect(&notifier, &QSocketNotifier::activated, peer.get(), [&] {
         const QString line = input.readLine().trimmed();
         peer->setProperty(line.section(' ', 0, 0).toUtf8(), line.section(' ', 1));
         if (line.isEmpty())

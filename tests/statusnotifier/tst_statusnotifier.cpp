@@ -1,4 +1,5 @@
 #include "messages.h"
+#include "metaobject.h"
 
 #include <quorvane/statusnotifier/statusnotifierhost.h>
 #include <quorvane/statusnotifier/statusnotifieritem.h>
@@ -13,8 +14,7 @@
 using xdg::StatusNotifierItem;
 using xdg::StatusNotifierWatcher;
 
-static const QString watcherName = "org.kde.StatusNotifierWatcher";
-static const QString tray = "xdg.system_tray ";
+static const char watcherName[] = "org.kde.StatusNotifierWatcher";
 
 struct ClickCounter : StatusNotifierItem
 {
@@ -74,33 +74,35 @@ void TestStatusNotifier::membersAreDeclaredInOrder_data()
     QTest::newRow("item")
             << &StatusNotifierItem::staticMetaObject
             << "NewTitle() NewIcon() NewAttentionIcon() NewOverlayIcon() NewToolTip() "
-               "NewStatus(QString) TitleChanged() IconNameChanged() StatusChanged() "
+               "NewStatus(QString status) TitleChanged() IconNameChanged() StatusChanged() "
                "overlayIconNameChanged() CategoryChanged() IdChanged() WindowIdChanged() "
-               "activated(uint,uint) secondaryActivated(uint,uint) AttentionIconNameChanged() "
-               "AttentionMovieNameChanged() Activate(uint,uint) SecondaryActivate(uint,uint) "
+               "activated(uint x,uint y) secondaryActivated(uint x,uint y) "
+               "AttentionIconNameChanged() "
+               "AttentionMovieNameChanged() Activate(uint x,uint y) SecondaryActivate(uint x,uint "
+               "y) "
                "Category Id Title Status WindowId IconName OverlayIconName AttentionIconName "
                "AttentionMovieName category idItem title status windowId iconName overlayIconName "
                "attentionIconName attentionMovieName";
     QTest::newRow("item adaptor")
             << &StatusNotifierItemAdaptor::staticMetaObject
-            << "NewAttentionIcon() NewIcon() NewOverlayIcon() NewStatus(QString) NewTitle() "
-               "NewToolTip() Activate(int,int) SecondaryActivate(int,int) AttentionIconName "
+            << "NewAttentionIcon() NewIcon() NewOverlayIcon() NewStatus(QString status) NewTitle() "
+               "NewToolTip() Activate(int x,int y) SecondaryActivate(int x,int y) "
+               "AttentionIconName "
                "AttentionMovieName Category IconName Id OverlayIconName Status Title WindowId";
     QTest::newRow("watcher")
             << &StatusNotifierWatcher::staticMetaObject
-            << "StatusNotifierItemRegistered(QString) StatusNotifierItemUnregistered(QString) "
+            << "StatusNotifierItemRegistered(QString id) StatusNotifierItemUnregistered(QString "
+               "id) "
                "StatusNotifierHostRegistered() StatusNotifierHostUnregistered() "
                "RegisteredStatusNotifierItemsChanged() IsStatusNotifierHostRegisteredChanged() "
-               "_serviceUnregistered(QString) RegisteredStatusNotifierItems "
+               "_serviceUnregistered(QString name) RegisteredStatusNotifierItems "
                "IsStatusNotifierHostRegistered ProtocolVersion";
 }
 
 void TestStatusNotifier::membersAreDeclaredInOrder()
 {
     QFETCH(const QMetaObject *, meta);
-    QStringList members;
-    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i)
-        members += meta->method(i).methodSignature();
+    QStringList members = declaredMethods(meta);
     for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
         members += meta->property(i).name();
     QTEST(members.join(' '), "members");
@@ -161,8 +163,9 @@ void TestStatusNotifier::refusedValueWarns()
     Messages messages;
     item.setStatus("active");
     item.setCategory("");
-    QCOMPARE(messages.take(), QStringList({ tray + "warning: Status  \"active\" not authorized",
-                                            tray + "warning: Category  \"\" not authorized" }));
+    QCOMPARE(messages.take(),
+             QStringList({ "xdg.system_tray warning: Status  \"active\" not authorized",
+                           "xdg.system_tray warning: Category  \"\" not authorized" }));
     QCOMPARE(item.Status() + item.Category(), QString("ActiveApplicationStatus"));
     QVERIFY(_emitted.isEmpty());
 }
@@ -195,14 +198,14 @@ void TestStatusNotifier::busNameIsClaimedWithTheDebugLine()
         QCOMPARE(_bus->isServiceRegistered(itemName).value(), debug);
         QCOMPARE(_bus->isServiceRegistered(hostName).value(), debug);
     }
-    const QString warning
-            = tray
-              + "warning: Can't find watcher org.kde.StatusNotifierWatcher/StatusNotifierWatcher";
+    const QString warning = "xdg.system_tray warning: Can't find watcher "
+                            "org.kde.StatusNotifierWatcher/StatusNotifierWatcher";
     QCOMPARE(messages.take(),
-             QStringList({ warning,
-                           tray + "debug: Register Item service \"" + itemName + "\" : true",
-                           tray + "debug: Register Host service \"" + hostName + "\" : true",
-                           tray + "debug: Find Watcher  false  with protocol  0", warning }));
+             QStringList(
+                     { warning,
+                       "xdg.system_tray debug: Register Item service \"" + itemName + "\" : true",
+                       "xdg.system_tray debug: Register Host service \"" + hostName + "\" : true",
+                       "xdg.system_tray debug: Find Watcher  false  with protocol  0", warning }));
 }
 
 void TestStatusNotifier::busNameIsMadeOfTheFirstId()
@@ -215,7 +218,8 @@ void TestStatusNotifier::busNameIsMadeOfTheFirstId()
     StatusNotifierItem item;
     QGuiApplication::setDesktopFileName(QString());
     QCOMPARE(item.Id(), QString("org.example.Editor"));
-    const QString line = tray + "debug: Register Item service \"org.quorvane.%1-" + _pid + "\" : ";
+    const QString line
+            = "xdg.system_tray debug: Register Item service \"org.quorvane.%1-" + _pid + "\" : ";
     QCOMPARE(messages.take(),
              QStringList({ line.arg("Übung") + "false", line.arg(item.Id()) + "true" }));
 }
@@ -225,10 +229,9 @@ void TestStatusNotifier::watcherWithoutTheNameIsInert()
     QVERIFY(_peer.registerService(watcherName));
     Messages messages;
     StatusNotifierWatcher watcher;
-    QCOMPARE(messages.take(),
-             QStringList(tray
-                         + "warning: Don't register StatusNotifierWatcher service, probably "
-                           "already exists"));
+    QCOMPARE(messages.take(), QStringList("xdg.system_tray warning: Don't register "
+                                          "StatusNotifierWatcher service, probably "
+                                          "already exists"));
     QVERIFY(_peer.unregisterService(watcherName));
     watcher.RegisterStatusNotifierItem(_peer.baseService());
     watcher.RegisterStatusNotifierHost("host");
@@ -250,7 +253,8 @@ void TestStatusNotifier::itemIsListedUntilItsNameVanishes()
             watcher.RegisterStatusNotifierItem(QString("org.b%1").arg(i));
         }
     });
-    for (const QString name : { "org.a", "org.ab" }) {
+    for (const char *text : { "org.a", "org.ab" }) {
+        const QString name = text;
         Messages messages;
         QVERIFY(_peer.registerService(name));
         watcher.RegisterStatusNotifierItem(name);
@@ -258,7 +262,7 @@ void TestStatusNotifier::itemIsListedUntilItsNameVanishes()
         ids += name + "/StatusNotifierItem";
         QCOMPARE(watcher.RegisteredStatusNotifierItems(), ids);
         const QString call
-                = tray + "debug: Watcher: RegisterStatusNotifierItem( \"" + name + "\" )";
+                = "xdg.system_tray debug: Watcher: RegisterStatusNotifierItem( \"" + name + "\" )";
         QCOMPARE(messages.take(),
                  QStringList({ call,
                                "default debug: Registering \"" + ids.last() + "\" to system tray",
@@ -274,8 +278,9 @@ void TestStatusNotifier::itemIsListedUntilItsNameVanishes()
     QCOMPARE(watcher.RegisteredStatusNotifierItems().size(), 51);
     QCOMPARE(_emitted.count("StatusNotifierItemRegistered"), 50);
     QCOMPARE(_emitted.size(), 51);
-    QCOMPARE(messages.take().first(), tray + "debug: Service  \"org.a\" unregistered (ITEMS: (\""
-                                              + ids.join("\", \"") + "\")  HOSTS: () )");
+    QCOMPARE(messages.take().value(0),
+             "xdg.system_tray debug: Service  \"org.a\" unregistered (ITEMS: (\""
+                     + ids.join("\", \"") + "\")  HOSTS: () )");
 }
 
 void TestStatusNotifier::hostOfAPlainNameNeverLeaves()

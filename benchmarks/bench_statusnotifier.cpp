@@ -141,8 +141,8 @@ void fiveHundredItems(benchmark::internal::Benchmark *benchmark)
     benchmark->Arg(500)->Iterations(1)->UseManualTime()->Repetitions(3);
 }
 
-BENCHMARK(HostData)->UseRealTime()->Repetitions(5);
-BENCHMARK(HostData_baseline)->UseRealTime()->Repetitions(5);
+BENCHMARK(HostData)->UseRealTime()->MinTime(0.1)->Repetitions(21);
+BENCHMARK(HostData_baseline)->UseRealTime()->MinTime(0.1)->Repetitions(21);
 BENCHMARK(RegisterItems)->Apply(fiveHundredItems);
 BENCHMARK(callWatcher)->Name("RegisterItems_baseline")->Apply(fiveHundredItems);
 BENCHMARK(RegisterAndShowItems)->Apply(fiveHundredItems);

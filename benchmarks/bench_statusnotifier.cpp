@@ -1,12 +1,14 @@
 #include <quorvane/statusnotifier/statusnotifierhost.h>
 
+#include "table.h"
+
+#include <benchmark/benchmark.h>
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QProcess>
-
-#include <benchmark/benchmark.h>
 
 // The tray over a session bus: the watcher and an item in processes of their own, the host here.
 // A baseline is the bare bus traffic of the same kind, between the same processes.
@@ -149,3 +151,9 @@ BENCHMARK(RegisterAndShowItems)->Apply(fiveHundredItems);
 BENCHMARK(callWatcher)->Name("RegisterAndShowItems_baseline")->Apply(fiveHundredItems);
 
 } // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return runBenchmarks(argc, argv) ? 0 : 1;
+}

@@ -64,6 +64,7 @@ private:
         name.repetitions.clear();
         name.iterations.clear();
         name.time_type.clear();
+        name.min_time.clear();
         _put({ name.str(), std::string("time, ") + benchmark::GetTimeUnitString(run.time_unit),
                run.GetAdjustedRealTime() });
         for (const auto &counter : run.counters)

@@ -19,16 +19,21 @@ if(QUORVANE_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
-function(quorvane_strict target)
+# quorvane_warnings(target): what all code is built with.
+function(quorvane_warnings target)
     # Qt's qCDebug() is a variadic macro that is called without arguments.
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic
         $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>)
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS)
+endfunction()
+
+# quorvane_strict(target): the library and the examples do without Qt's silent conversions, too.
+function(quorvane_strict target)
+    quorvane_warnings(${target})
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII
         QT_NO_CAST_TO_ASCII
         QT_NO_URL_CAST_FROM_STRING
-        QT_NO_KEYWORDS
         QT_STRICT_ITERATORS
-        QT_DEPRECATED_WARNINGS
     )
 endfunction()

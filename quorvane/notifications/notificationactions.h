@@ -19,8 +19,8 @@ namespace xdg {
 
     | Role              | Name            | Value |
     |-------------------|-----------------|-------|
-    | #KeyRole          | \c key          | the key, \c QString |
-    | #ActionTextRole   | \c actionText   | the text to show, \c QString; also \c Qt::DisplayRole | */
+    | KeyRole          | \c key          | the key, \c QString |
+    | ActionTextRole   | \c actionText   | the text to show, \c QString; also \c Qt::DisplayRole | */
 class QUORVANE_EXPORT NotificationActions : public QAbstractListModel
 {
     Q_OBJECT

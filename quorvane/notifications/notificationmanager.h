@@ -40,13 +40,13 @@ QUORVANE_EXPORT uint serverNotify(QObject *context, const QString &app_name, uin
 
     | Role           | Name         | Value |
     |----------------|--------------|-------|
-    | #AppNameRole   | \c appName   | the application's display name, \c QString; also \c Qt::DisplayRole |
-    | #AppIconRole   | \c appIcon   | icon name or file URL, \c QString |
-    | #SummaryRole   | \c summary   | the title, \c QString |
-    | #BodyRole      | \c body      | the text, \c QString |
-    | #ActionsRole   | \c actions   | keys and texts alternating, \c QStringList; see xdg::NotificationActions |
-    | #HintsRole     | \c hints     | the hints by name, \c QVariantMap |
-    | #AppIdRole     | \c appId     | the id of the notification, \c uint |
+    | AppNameRole   | \c appName   | the application's display name, \c QString; also \c Qt::DisplayRole |
+    | AppIconRole   | \c appIcon   | icon name or file URL, \c QString |
+    | SummaryRole   | \c summary   | the title, \c QString |
+    | BodyRole      | \c body      | the text, \c QString |
+    | ActionsRole   | \c actions   | keys and texts alternating, \c QStringList; see xdg::NotificationActions |
+    | HintsRole     | \c hints     | the hints by name, \c QVariantMap |
+    | AppIdRole     | \c appId     | the id of the notification, \c uint |
 
     Every operation speaks of ids, and only the model of rows. Ids are counted up from 1 and not
     used again.

@@ -14,7 +14,8 @@ namespace xdg {
 
 class StatusNotifierHostPrivate;
 
-/*! The tray as a list model: one row for each item that the watcher lists.
+/*! \ingroup statusnotifier
+    \brief The tray as a list model: one row for each item that the watcher lists.
 
     A panel creates one host, after the watcher is up. The host registers with it, takes over its
     list and follows its signals; a new item is always the last row. If there is no watcher, the

@@ -10,7 +10,8 @@ class QUORVANE_EXPORT StatusNotifierItemAdaptor;
 
 namespace xdg {
 
-/*! An application's entry in the tray.
+/*! \ingroup statusnotifier
+    \brief An application's entry in the tray.
 
     An application creates one item, after QGuiApplication and its names, and sets what the tray
     shows. The item publishes itself on the session bus as \c org.kde.StatusNotifierItem at

@@ -11,7 +11,8 @@ class QUORVANE_EXPORT StatusNotifierWatcherAdaptor;
 
 namespace xdg {
 
-/*! The registry of the tray: which items and which hosts are on the session bus.
+/*! \ingroup statusnotifier
+    \brief The registry of the tray: which items and which hosts are on the session bus.
 
     One process of a session creates one watcher, before any host and any item, since both register
     once and never again. Nothing else in the library creates it. The watcher claims the bus name

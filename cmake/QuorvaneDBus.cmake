@@ -2,13 +2,11 @@
 #
 # A generated file is known only in the folder that generates it, while the library is a target of
 # the folder above. So the folder gets a target that makes the files, which the library waits for.
-# Its warnings are not ours to mend, so they are no errors.
 
 function(_quorvane_add_glue target)
     set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES
         GENERATED TRUE
         SKIP_AUTOMOC TRUE
-        COMPILE_OPTIONS -Wno-error
     )
     target_sources(${target} PRIVATE ${ARGN})
     set(header ${ARGN})

@@ -3,7 +3,6 @@
 
 #include "desktopfixture.h"
 #include "messages.h"
-#include "metaobject.h"
 
 #include <QtTest>
 
@@ -19,7 +18,6 @@ private Q_SLOTS:
     void init() { _fixture.reset(new DesktopFixture); }
     void cleanup() { _fixture.reset(); }
 
-    void declaredOrders();
     void rolesGiveTheValuesOfTheFile();
     void lookupsOutOfRangeEndQuietly();
     void theLastSystemDirectoryWinsAtConstruction();
@@ -38,32 +36,6 @@ private:
 
     QScopedPointer<DesktopFixture> _fixture;
 };
-
-void TestDesktopEntries::declaredOrders()
-{
-    QCOMPARE(declaredMethods(&xdg::Entry::staticMetaObject),
-             QStringList({ "dataChanged(QString key,QString value)", "raiseProcess(int pid)",
-                           "removed(QString path)", "appIdChanged(QString appId)",
-                           "iconChanged(QString icon)", "desktopFileChanged(QString desktopFile)",
-                           "_desktopFileChanged(QString path)",
-                           "_processStateChanged(QProcess::ProcessState newState)",
-                           "start(QStringList args)", "stop(QStringList args)",
-                           "data(QString key)" }));
-    QCOMPARE(declaredMethods(&xdg::Entries::staticMetaObject),
-             QStringList({ "entryDataChanged(QString appid,QString key,QString value)",
-                           "raiseProcess(int pid)", "startCreateEntry(int id)",
-                           "endCreateEntry(int id)", "startRemoveEntry(int id)",
-                           "endRemoveEntry(int id)", "_directoryChanged(QString path)",
-                           "_entryDataChanged(QString key,QString value)" }));
-    QCOMPARE(declaredMethods(&DesktopEntries::staticMetaObject),
-             QStringList({ "raiseProcess(int pid)", "categoriesChanged(QStringList categories)",
-                           "_contains(QString path)", "_getEntriesFrom(QString path)",
-                           "_getEntriesFrom()",
-                           "_dataChanged(QString appid,QString item,QString value)",
-                           "start(QString path,QStringList args)", "start(QString path)",
-                           "stop(QString path,QStringList args)", "stop(QString path)",
-                           "appIdData(QString appid,QString key)" }));
-}
 
 void TestDesktopEntries::rolesGiveTheValuesOfTheFile()
 {

@@ -3,7 +3,6 @@
 
 #include "desktopfixture.h"
 #include "messages.h"
-#include "metaobject.h"
 
 #include <QStringListModel>
 #include <QtTest>
@@ -17,7 +16,6 @@ class TestDesktopFilter : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void declaredOrders();
     void rows_data();
     void rows();
     void sectionValues_data();
@@ -41,19 +39,6 @@ void TestDesktopFilter::initTestCase()
     app("hidden", { "Name=Hidden", "NoDisplay=TrUe", "Categories=Network" });
     app("lower", { "Name=Lower", "Categories=network" });
     app("nameless", { "Exec=x", "Categories=Network", "[Named]", "Name=n", "Exec=x" });
-}
-
-void TestDesktopFilter::declaredOrders()
-{
-    QCOMPARE(declaredMethods(&DesktopFilter::staticMetaObject),
-             QStringList({ "raise(int pid)", "modelChanged(QObject* model)",
-                           "categoryChanged(QString category)", "sectionChanged(QString category)",
-                           "showAllChanged(bool showall)", "setModel(QObject* model)",
-                           "setCategory(QString category)", "setSection(QString category)",
-                           "setShowAll(bool showall)" }));
-    QCOMPARE(declaredProperties(&DesktopFilter::staticMetaObject),
-             QStringList({ "QObject* model modelChanged", "QString category categoryChanged",
-                           "QString section sectionChanged", "bool showAll showAllChanged" }));
 }
 
 void TestDesktopFilter::rows_data()

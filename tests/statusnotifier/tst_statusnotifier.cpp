@@ -1,5 +1,4 @@
 #include "messages.h"
-#include "metaobject.h"
 
 #include <quorvane/statusnotifier/statusnotifierhost.h>
 #include <quorvane/statusnotifier/statusnotifieritem.h>
@@ -31,8 +30,6 @@ public Q_SLOTS:
     void record() { _emitted += sender()->metaObject()->method(senderSignalIndex()).name(); }
 
 private Q_SLOTS:
-    void membersAreDeclaredInOrder_data();
-    void membersAreDeclaredInOrder();
     void setterEmitsInOrder_data();
     void setterEmitsInOrder();
     void refusedValueWarns();
@@ -65,48 +62,6 @@ void TestStatusNotifier::_recordSignals(QObject *object)
 }
 
 Q_DECLARE_METATYPE(const QMetaObject *)
-
-void TestStatusNotifier::membersAreDeclaredInOrder_data()
-{
-    QTest::addColumn<const QMetaObject *>("meta");
-    QTest::addColumn<QString>("members");
-
-    QTest::newRow("item")
-            << &StatusNotifierItem::staticMetaObject
-            << "NewTitle() NewIcon() NewAttentionIcon() NewOverlayIcon() NewToolTip() "
-               "NewStatus(QString status) TitleChanged() IconNameChanged() StatusChanged() "
-               "overlayIconNameChanged() CategoryChanged() IdChanged() WindowIdChanged() "
-               "activated(uint x,uint y) secondaryActivated(uint x,uint y) "
-               "AttentionIconNameChanged() "
-               "AttentionMovieNameChanged() Activate(uint x,uint y) SecondaryActivate(uint x,uint "
-               "y) "
-               "Category Id Title Status WindowId IconName OverlayIconName AttentionIconName "
-               "AttentionMovieName category idItem title status windowId iconName overlayIconName "
-               "attentionIconName attentionMovieName";
-    QTest::newRow("item adaptor")
-            << &StatusNotifierItemAdaptor::staticMetaObject
-            << "NewAttentionIcon() NewIcon() NewOverlayIcon() NewStatus(QString status) NewTitle() "
-               "NewToolTip() Activate(int x,int y) SecondaryActivate(int x,int y) "
-               "AttentionIconName "
-               "AttentionMovieName Category IconName Id OverlayIconName Status Title WindowId";
-    QTest::newRow("watcher")
-            << &StatusNotifierWatcher::staticMetaObject
-            << "StatusNotifierItemRegistered(QString id) StatusNotifierItemUnregistered(QString "
-               "id) "
-               "StatusNotifierHostRegistered() StatusNotifierHostUnregistered() "
-               "RegisteredStatusNotifierItemsChanged() IsStatusNotifierHostRegisteredChanged() "
-               "_serviceUnregistered(QString name) RegisteredStatusNotifierItems "
-               "IsStatusNotifierHostRegistered ProtocolVersion";
-}
-
-void TestStatusNotifier::membersAreDeclaredInOrder()
-{
-    QFETCH(const QMetaObject *, meta);
-    QStringList members = declaredMethods(meta);
-    for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
-        members += meta->property(i).name();
-    QTEST(members.join(' '), "members");
-}
 
 void TestStatusNotifier::setterEmitsInOrder_data()
 {

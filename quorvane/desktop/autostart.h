@@ -17,8 +17,8 @@ namespace xdg {
 
     Nothing starts by itself, and of the Desktop Application Autostart Specification only the
     folders are followed: Hidden, OnlyShowIn and their like are for the caller to select by.
-    The programs are children of this process and end with it. Debug lines go to the category
-    AUTO_START(). */
+    The programs are children of this process; they go on when the object is destroyed and when the
+    process ends. Debug lines go to the category AUTO_START(). */
 class QUORVANE_EXPORT AutoStart : public QObject
 {
     Q_OBJECT

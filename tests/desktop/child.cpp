@@ -1,11 +1,14 @@
 #include <cstdio>
+#include <signal.h>
 #include <string>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 // Writes its arguments and its environment to the file named by the first argument, one per line
-// and all at once, and waits to be stopped.
+// and all at once, and waits to be stopped. It ends with the test that started it.
 int main(int argc, char *argv[])
 {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (argc < 2)
         return 1;
     const std::string target = argv[1];

@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 DesktopFixture::DesktopFixture()
@@ -13,11 +12,6 @@ DesktopFixture::DesktopFixture()
     environment.set("XDG_CONFIG_HOME", home);
     environment.set("XDG_DATA_DIRS", dirs);
     environment.set("XDG_CONFIG_DIRS", dirs);
-}
-
-QString DesktopFixture::path(const QString &relative) const
-{
-    return _root.filePath(relative);
 }
 
 QString DesktopFixture::write(const QString &relative, const QStringList &lines) const
@@ -36,6 +30,11 @@ QString DesktopFixture::writeBytes(const QString &relative, const QByteArray &co
     file.flush();
     file.setFileTime(QDateTime::currentDateTime().addSecs(++_writes), QFile::FileModificationTime);
     return file.fileName();
+}
+
+QString DesktopFixture::app(const QString &name, const QStringList &lines) const
+{
+    return write("home/applications/" + name + ".desktop", lines);
 }
 
 QString DesktopFixture::childCommand(const QString &name, const QString &arguments) const

@@ -2,6 +2,7 @@
 
 #include "environment.h"
 
+#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -12,13 +13,15 @@ class DesktopFixture
 public:
     DesktopFixture();
 
-    QString path(const QString &relative) const;
+    QString path(const QString &relative) const { return _root.filePath(relative); }
+    bool has(const QString &relative) const { return QFile::exists(path(relative)); }
 
     // Writes a file with the lines in the group "Desktop Entry"; a line "[...]" begins another.
     QString write(const QString &relative, const QStringList &lines = {}) const;
     QString writeBytes(const QString &relative, const QByteArray &content) const;
+    QString app(const QString &name, const QStringList &lines = {}) const;
 
-    // A command that runs the child; it reports to the file reportOf(name).
+    // A command that runs the child; it reports to the file of that name.
     QString childCommand(const QString &name, const QString &arguments = {}) const;
     QStringList reportOf(const QString &name,
                          const QString &kind = QStringLiteral("argument")) const;

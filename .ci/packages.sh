@@ -23,8 +23,14 @@ packages='
     pkg-config
     python3-dbus
     python3-gi
+    qml-module-qtqml-models2
+    qml-module-qtquick-layouts
+    qml-module-qtquick-templates2
+    qml-module-qtquick-window2
+    qml-module-qtquick2
     qtbase5-dev
     qtdeclarative5-dev
+    qtdeclarative5-dev-tools
     xvfb
 '
 

@@ -1,0 +1,59 @@
+#include "basedirectories.h"
+
+#include <quorvane/desktop/autostart.h>
+#include <quorvane/desktop/desktopentries.h>
+#include <quorvane/desktop/desktopfilter.h>
+#include <quorvane/desktop/entry.h>
+#include <quorvane/notifications/notificationactions.h>
+#include <quorvane/notifications/notificationmanager.h>
+#include <quorvane/notifications/notifier.h>
+#include <quorvane/statusnotifier/statusnotifierhost.h>
+#include <quorvane/statusnotifier/statusnotifieritem.h>
+#include <quorvane/statusnotifier/statusnotifierwatcher.h>
+
+#include <QQmlExtensionPlugin>
+#include <QSortFilterProxyModel>
+#include <qqml.h>
+
+namespace {
+
+template<typename Type>
+void registerType(const char *uri, const char *name)
+{
+    qmlRegisterType<Type>(uri, 1, 1, name);
+}
+
+} // namespace
+
+class QuorvanePlugin : public QQmlExtensionPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QQmlExtensionInterface_iid)
+
+public:
+    void registerTypes(const char *uri) override
+    {
+        qmlRegisterSingletonType<BaseDirectories>(
+                uri, 1, 1, "BaseDirectories",
+                [](QQmlEngine *, QJSEngine *) -> QObject * { return new BaseDirectories; });
+
+        registerType<xdg::Entry>(uri, "Entry");
+        registerType<xdg::DesktopEntries>(uri, "DesktopEntries");
+        registerType<xdg::DesktopFilter>(uri, "DesktopFilter");
+        registerType<xdg::AutoStart>(uri, "AutoStart");
+
+        registerType<xdg::NotificationManager>(uri, "NotificationManager");
+        registerType<xdg::NotificationActions>(uri, "NotificationActions");
+        registerType<XdgNotifier>(uri, "Notifier");
+
+        registerType<xdg::StatusNotifierWatcher>(uri, "StatusNotifierWatcher");
+        registerType<xdg::StatusNotifierItem>(uri, "StatusNotifierItem");
+        registerType<xdg::StatusNotifierHost>(uri, "StatusNotifierHost");
+
+        // Some of the models announce the removal of row -1, after which a view that sits on them
+        // directly miscounts its rows. A proxy in between drops those.
+        registerType<QSortFilterProxyModel>(uri, "SortFilterProxyModel");
+    }
+};
+
+#include "plugin.moc"

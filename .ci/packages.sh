@@ -23,7 +23,6 @@ packages='
     pkg-config
     python3-dbus
     python3-gi
-    qml-module-qtqml-models2
     qml-module-qtquick-layouts
     qml-module-qtquick-templates2
     qml-module-qtquick-window2

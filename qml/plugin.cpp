@@ -50,6 +50,8 @@ public:
         registerType<xdg::StatusNotifierItem>(uri, "StatusNotifierItem");
         registerType<xdg::StatusNotifierHost>(uri, "StatusNotifierHost");
 
+        // What sourceModel is, so that a model can stand right there.
+        qmlRegisterAnonymousType<QAbstractItemModel>(uri, 1);
         // Some of the models announce the removal of row -1, after which a view that sits on them
         // directly miscounts its rows. A proxy in between drops those.
         registerType<QSortFilterProxyModel>(uri, "SortFilterProxyModel");

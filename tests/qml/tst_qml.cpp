@@ -68,7 +68,7 @@ int peer(const QString &file)
 QmlTest::Object QmlTest::_create(const QByteArray &body)
 {
     QQmlComponent component(&_engine);
-    component.setData("import QtQml 2.15\nimport QtQml.Models 2.15\nimport Quorvane 1.1\n" + body,
+    component.setData("import QtQuick 2.15\nimport Quorvane 1.1\n" + body,
                       QUrl());
     Object object(component.create());
     if (!object)
@@ -144,8 +144,7 @@ void QmlTest::aSearchNeedsNothingButTheProxy()
 {
     const Object object = _create(R"(SortFilterProxyModel {
         property string text: 'CLO'
-        property DesktopEntries entries: DesktopEntries { }
-        sourceModel: entries
+        sourceModel: DesktopEntries { }
         filterRole: Qt.UserRole + 2
         filterRegularExpression: new RegExp(text, 'i')
         function run() { return rowCount() + data(index(0, 0), filterRole) }
@@ -191,11 +190,12 @@ void QmlTest::aPeerIsAnsweredThroughTheManager()
 
 void QmlTest::aViewBehindTheProxyKeepsItsCount()
 {
-    const Object object = _create(R"(Instantiator {
+    const Object object = _create(R"(ListView {
         property NotificationManager manager: NotificationManager { }
         model: SortFilterProxyModel { sourceModel: manager }
-        delegate: QtObject { property string text: model.summary }
-        function run() { manager.close(4711); return count + objectAt(0).text }
+        height: 100
+        delegate: Text { height: 10; text: model.summary }
+        function run() { manager.close(4711); forceLayout(); return count + itemAtIndex(0).text }
     })");
     for (const char *summary : { "First", "Second", "Third" }) {
         xdg::serverNotify(object->property("manager").value<QObject *>(), {}, 0, {},

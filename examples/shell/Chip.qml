@@ -15,7 +15,7 @@ T.AbstractButton {
     hoverEnabled: true
 
     contentItem: Label {
-        color: chip.checked ? Theme.onAccent : Theme.text
+        color: chip.checked ? Theme.accentText : Theme.text
         horizontalAlignment: Text.AlignHCenter
         text: chip.text
     }

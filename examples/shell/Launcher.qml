@@ -8,6 +8,7 @@ FocusScope {
     id: launcher
 
     property alias grid: grid
+    property alias heading: heading.text
     property string category
     property string _started
     readonly property bool _narrowed: search.length > 0 || category !== ""
@@ -57,16 +58,17 @@ FocusScope {
             spacing: Theme.margin
 
             Label {
+                id: heading
+
                 font.bold: true
                 font.pixelSize: Theme.headingText
-                text: "Applications"
+                visible: text !== ""
             }
             SearchField {
                 id: search
 
                 Layout.fillWidth: true
-                Layout.maximumWidth: 420
-                Layout.alignment: Qt.AlignRight
+                Layout.maximumWidth: 440
                 focus: true
                 hint: "Search applications"
                 Keys.onDownPressed: grid.forceActiveFocus()

@@ -35,18 +35,28 @@ Window {
             anchors.fill: parent
             spacing: 0
 
-            ChipRow {
-                id: panes
-
+            Rectangle {
                 Layout.fillWidth: true
-                Layout.leftMargin: Theme.margin - 4
-                Layout.topMargin: 12
-                chosen: "Applications"
-                model: ["Applications", "Notifications"]
-                textOf: pane => pane === "Notifications" && notifications.nbNotifications > 0
-                                ? pane + " (" + notifications.nbNotifications + ")" : pane
+                Layout.preferredHeight: 56
+                color: Theme.surface
                 visible: !shell.wide
-                onChose: chosen = choice
+
+                Rectangle {
+                    y: parent.height - height
+                    width: parent.width
+                    height: 1
+                    color: Theme.line
+                }
+                ChipRow {
+                    id: panes
+
+                    anchors { fill: parent; leftMargin: Theme.margin - 4; topMargin: 8 }
+                    chosen: "Applications"
+                    model: ["Applications", "Notifications"]
+                    textOf: pane => pane === "Notifications" && notifications.nbNotifications > 0
+                                    ? pane + " (" + notifications.nbNotifications + ")" : pane
+                    onChose: chosen = choice
+                }
             }
             RowLayout {
                 Layout.fillWidth: true
@@ -59,6 +69,7 @@ Window {
                     Layout.fillWidth: true
                     Layout.fillHeight: true
                     focus: true
+                    heading: shell.wide ? "Applications" : ""
                     visible: shell.wide || panes.chosen === "Applications"
                     onRunsAlready: notice.show(name + " is running already, as process " + pid)
                 }
@@ -74,6 +85,7 @@ Window {
                     Layout.fillHeight: true
                     Layout.fillWidth: !shell.wide
                     Layout.preferredWidth: Math.min(420, shell.width / 3)
+                    heading: shell.wide ? "Notifications" : ""
                     manager: notifications
                     visible: shell.wide || panes.chosen === "Notifications"
                 }
@@ -87,7 +99,7 @@ Window {
         NotificationPopup {
             id: newest
 
-            width: Math.min(360, parent.width - 2 * Theme.margin)
+            width: (shell.wide ? centrePane.width : Math.min(420, screen.width)) - 2 * Theme.margin
             anchors { right: parent.right; rightMargin: Theme.margin }
             anchors { bottom: parent.bottom; bottomMargin: trayBar.height + 16 }
             manager: notifications
@@ -96,7 +108,8 @@ Window {
             id: notice
 
             x: (launcherPane.visible ? launcherPane.width - width : screen.width - width) / 2
-            anchors { bottom: parent.bottom; bottomMargin: trayBar.height + 16 }
+            anchors.bottom: !shell.wide && newest.visible ? newest.top : newest.bottom
+            anchors.bottomMargin: !shell.wide && newest.visible ? 16 : 0
         }
     }
 

@@ -9,6 +9,7 @@ FocusScope {
 
     required property NotificationManager manager
     property alias list: list
+    property alias heading: heading.text
     // A change is announced for the row that the notification once had. Whoever shows one reads
     // this, too, and so reads anew at any change.
     property int _changes: 0
@@ -39,10 +40,11 @@ FocusScope {
             Layout.minimumHeight: 40
 
             Label {
+                id: heading
+
                 Layout.fillWidth: true
                 font.bold: true
                 font.pixelSize: Theme.headingText
-                text: "Notifications"
             }
             PushButton {
                 text: "Clear all"
@@ -66,6 +68,7 @@ FocusScope {
             spacing: 12
             Accessible.role: Accessible.List
             Accessible.name: "Notifications"
+            onCountChanged: if (!activeFocus) currentIndex = 0
             Keys.onDeletePressed: if (currentItem) currentItem.dismissed()
             Keys.onReturnPressed: if (currentItem && currentItem.actions.length > 1)
                                       currentItem.answered(currentItem.actions[0])
@@ -81,14 +84,8 @@ FocusScope {
                 summary: (centre._changes, model.summary)
                 onAnswered: centre.manager.returnAction(model.appId, key)
                 onDismissed: centre.manager.close(model.appId)
-            }
-            add: Transition {
-                NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.moment }
-            }
-            displaced: Transition {
-                NumberAnimation { property: "y"; duration: Theme.moment }
-                // One that is pushed aside while it still appears.
-                NumberAnimation { property: "opacity"; to: 1; duration: Theme.moment }
+
+                NumberAnimation on opacity { from: 0; to: 1; duration: Theme.moment }
             }
 
             EmptyState {

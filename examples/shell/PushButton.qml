@@ -15,7 +15,7 @@ T.Button {
     Keys.onEnterPressed: clicked()
 
     contentItem: Label {
-        color: button.prominent ? Theme.onAccent : Theme.text
+        color: button.prominent ? Theme.accentText : Theme.text
         horizontalAlignment: Text.AlignHCenter
         opacity: button.enabled ? 1 : 0.5
         text: button.text

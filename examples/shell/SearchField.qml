@@ -12,7 +12,7 @@ T.TextField {
     color: Theme.text
     font.pixelSize: Theme.bodyText
     selectByMouse: true
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentText
     selectionColor: Theme.accent
     verticalAlignment: TextInput.AlignVCenter
     Accessible.name: hint

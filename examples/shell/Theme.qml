@@ -14,7 +14,7 @@ QtObject {
     readonly property color text: dark ? "#eef0f4" : "#1a1c21"
     readonly property color muted: dark ? "#a9b0bd" : "#59606d"
     readonly property color accent: dark ? "#8db2ff" : "#2857d0"
-    readonly property color onAccent: dark ? "#0e1930" : "#ffffff"
+    readonly property color accentText: dark ? "#0e1930" : "#ffffff"
     readonly property color running: dark ? "#6fd39a" : "#1c7a45"
     readonly property color attention: dark ? "#ffb86b" : "#c25700"
 

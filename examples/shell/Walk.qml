@@ -26,12 +26,12 @@ Item {
             say: () => "The launcher lists " + launcher.grid.count + " applications"
         }, {
             what: "two running programs",
-            act: () => { _tile(1).clicked(); _tile(4).clicked(); },
-            seen: () => _tile(1).isRunning && _tile(4).isRunning,
-            say: () => "Launched " + _tile(1).name + " and " + _tile(4).name + ": both are running"
+            act: () => { _tile(1).clicked(); _tile(3).clicked(); },
+            seen: () => _tile(1).isRunning && _tile(3).isRunning,
+            say: () => "Launched " + _tile(1).name + " and " + _tile(3).name + ": both are running"
         }, {
             what: "the sentence about the running program",
-            act: () => _tile(4).clicked(),
+            act: () => _tile(3).clicked(),
             seen: () => toast.shown,
             say: () => "Launched it again: " + toast.text
         }, {
@@ -74,9 +74,9 @@ Item {
             say: () => "Clicked the tray item with the left and the right button"
         }, {
             what: "the end of the two programs",
-            act: () => { _tile(1).stopRequested(); _tile(4).stopRequested(); },
-            seen: () => !_tile(1).isRunning && !_tile(4).isRunning,
-            say: () => "Stopped " + _tile(1).name + " and " + _tile(4).name
+            act: () => { _tile(1).stopRequested(); _tile(3).stopRequested(); },
+            seen: () => !_tile(1).isRunning && !_tile(3).isRunning,
+            say: () => "Stopped " + _tile(1).name + " and " + _tile(3).name
         }
     ]
 

@@ -26,7 +26,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QGuiApplication application(argc, argv);
-    QGuiApplication::setApplicationName(QStringLiteral("quorvane-shell"));
+    QGuiApplication::setApplicationName(QStringLiteral("shell"));
     QLoggingCategory::setFilterRules(QStringLiteral("xdg.system_tray.debug=true"));
     qInstallMessageHandler(print);
 

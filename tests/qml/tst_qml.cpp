@@ -31,7 +31,9 @@ private Q_SLOTS:
     void aPeerIsAnsweredThroughTheManager();
     void aViewBehindTheProxyKeepsItsCount();
     void theTrayClicksItsItem();
-    void theFirstProgramLoads();
+    void theExamplesLoad_data();
+    void theExamplesLoad();
+    void theGuideQuotesTheExamples();
 
 private:
     using Object = std::unique_ptr<QObject>;
@@ -53,6 +55,17 @@ QVariant run(const std::unique_ptr<QObject> &object, const char *function = "run
     return result;
 }
 
+QString unindented(const QString &path)
+{
+    QFile file(path);
+    QString text;
+    if (file.open(QIODevice::ReadOnly)) {
+        while (!file.atEnd())
+            text += QString::fromUtf8(file.readLine()).trimmed() + '\n';
+    }
+    return text;
+}
+
 int peer(const QString &file)
 {
     QQmlEngine engine;
@@ -68,8 +81,7 @@ int peer(const QString &file)
 QmlTest::Object QmlTest::_create(const QByteArray &body)
 {
     QQmlComponent component(&_engine);
-    component.setData("import QtQuick 2.15\nimport Quorvane 1.1\n" + body,
-                      QUrl());
+    component.setData("import QtQuick 2.15\nimport Quorvane 1.1\n" + body, QUrl());
     Object object(component.create());
     if (!object)
         qWarning() << component.errorString();
@@ -230,11 +242,33 @@ void QmlTest::theTrayClicksItsItem()
     QTRY_COMPARE(run(object).toString(), "1 3,4 second");
 }
 
-void QmlTest::theFirstProgramLoads()
+void QmlTest::theExamplesLoad_data()
 {
-    QQmlComponent component(&_engine, QUrl::fromLocalFile(QStringLiteral(EXAMPLES "/first.qml")));
+    QTest::addColumn<QString>("name");
+    for (const char *name : { "first.qml", "pending.qml", "search.qml" })
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void QmlTest::theExamplesLoad()
+{
+    QFETCH(QString, name);
+    QQmlComponent component(&_engine, QUrl::fromLocalFile(QStringLiteral(EXAMPLES "/") + name));
     const Object object(component.create());
     QVERIFY2(object, qPrintable(component.errorString()));
+}
+
+void QmlTest::theGuideQuotesTheExamples()
+{
+    QString examples;
+    const QStringList names = QDir(QStringLiteral(EXAMPLES)).entryList({ "*.qml" });
+    for (const QString &name : names)
+        examples += unindented(QStringLiteral(EXAMPLES "/") + name);
+    const QStringList blocks = unindented(QStringLiteral(GUIDE)).split("```");
+    QVERIFY(blocks.size() > 6);
+    for (int i = 1; i < blocks.size(); i += 2) {
+        const QString block = blocks.at(i).mid(int(qstrlen("qml\n")));
+        QVERIFY2(examples.contains(block), qPrintable(block));
+    }
 }
 
 int main(int argc, char **argv)

@@ -19,7 +19,8 @@ QString decoded(const QString &text)
 
 QIcon iconOf(const QString &name)
 {
-    const QString file = name.startsWith(QLatin1String("file://")) ? QUrl(name).toLocalFile() : name;
+    const QString file
+            = name.startsWith(QLatin1String("file://")) ? QUrl(name).toLocalFile() : name;
     return file.startsWith(QLatin1Char('/')) ? QIcon(file) : QIcon::fromTheme(file);
 }
 
@@ -46,7 +47,7 @@ QPixmap tile(const QString &label, const QSize &size)
     font.setBold(true);
     painter.setFont(font);
     painter.setPen(Qt::white);
-    painter.drawText(QRect(QPoint(), size), Qt::AlignCenter, label.trimmed().left(1).toUpper());
+    painter.drawText(QRect(QPoint(), size), Qt::AlignCenter, label.trimmed().mid(0, 1).toUpper());
     return pixmap;
 }
 

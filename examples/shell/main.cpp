@@ -30,9 +30,9 @@ int main(int argc, char **argv)
     QLoggingCategory::setFilterRules(QStringLiteral("xdg.system_tray.debug=true"));
     qInstallMessageHandler(print);
 
-    const QCommandLineOption scheme(
-            QStringLiteral("scheme"), QStringLiteral("Colours: light, dark or those of the system."),
-            QStringLiteral("scheme"), QStringLiteral("system"));
+    const QCommandLineOption scheme(QStringLiteral("scheme"),
+                                    QStringLiteral("Colours: light, dark or those of the system."),
+                                    QStringLiteral("scheme"), QStringLiteral("system"));
     const QCommandLineOption width(QStringLiteral("width"), QStringLiteral("Width of the window."),
                                    QStringLiteral("pixels"), QStringLiteral("1200"));
     const QCommandLineOption pictures(

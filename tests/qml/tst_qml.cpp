@@ -33,7 +33,6 @@ private Q_SLOTS:
     void theTrayClicksItsItem();
     void theExamplesLoad_data();
     void theExamplesLoad();
-    void theGuideQuotesTheExamples();
 
 private:
     using Object = std::unique_ptr<QObject>;
@@ -53,17 +52,6 @@ QVariant run(const std::unique_ptr<QObject> &object, const char *function = "run
     QVariant result;
     QMetaObject::invokeMethod(object.get(), function, Q_RETURN_ARG(QVariant, result));
     return result;
-}
-
-QString unindented(const QString &path)
-{
-    QFile file(path);
-    QString text;
-    if (file.open(QIODevice::ReadOnly)) {
-        while (!file.atEnd())
-            text += QString::fromUtf8(file.readLine()).trimmed() + '\n';
-    }
-    return text;
 }
 
 int peer(const QString &file)
@@ -255,20 +243,6 @@ void QmlTest::theExamplesLoad()
     QQmlComponent component(&_engine, QUrl::fromLocalFile(QStringLiteral(EXAMPLES "/") + name));
     const Object object(component.create());
     QVERIFY2(object, qPrintable(component.errorString()));
-}
-
-void QmlTest::theGuideQuotesTheExamples()
-{
-    QString examples;
-    const QStringList names = QDir(QStringLiteral(EXAMPLES)).entryList({ "*.qml" });
-    for (const QString &name : names)
-        examples += unindented(QStringLiteral(EXAMPLES "/") + name);
-    const QStringList blocks = unindented(QStringLiteral(GUIDE)).split("```");
-    QVERIFY(blocks.size() > 6);
-    for (int i = 1; i < blocks.size(); i += 2) {
-        const QString block = blocks.at(i).mid(int(qstrlen("qml\n")));
-        QVERIFY2(examples.contains(block), qPrintable(block));
-    }
 }
 
 int main(int argc, char **argv)

@@ -68,8 +68,6 @@ void TestEntries::idsAreRanksOfTheBaseNames()
     QCOMPARE(_signals.filter("create "),
              QStringList({ "create 0 of 1", "create 0 of 2", "create 2 of 3", "create 3 of 4",
                            "create 0 of 5" }));
-    QCOMPARE(_entries->add(_fixture->path("apps/.hidden.desktop")), 0);
-    QCOMPARE(_keys().constFirst(), ".hidden");
 }
 
 void TestEntries::whatIsNoDesktopFileIsRefused()

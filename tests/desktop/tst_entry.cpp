@@ -22,7 +22,6 @@ private Q_SLOTS:
     void changesAreReportedByKeyInAscendingOrder();
     void aRemovedFileIsReportedAndKeepsItsValues();
     void anAppIdIsFoundInTheHomeFirst();
-    void theChildReceivesItsArguments_data();
     void theChildReceivesItsArguments();
     void theChildHasTheEnvironmentOfTheConstruction();
     void aProgramRunsIsRaisedStopsAndRunsAgain();
@@ -120,28 +119,22 @@ void TestEntry::anAppIdIsFoundInTheHomeFirst()
     QCOMPARE(iconChanged.count(), 4);
 }
 
-void TestEntry::theChildReceivesItsArguments_data()
-{
-    QTest::addColumn<QString>("lines");
-    QTest::addColumn<QStringList>("arguments");
-    const auto row = [](const char *name, const QString &lines, const QStringList &arguments) {
-        QTest::newRow(name) << lines << arguments;
-    };
-    row("lists take none", "%1 %U", {});
-    row("the first file", "%1 a %f b", { "a", "one file", "b" });
-    row("quotes as QSettings leaves them", "%1 'a b' ''c", { "a b", "", "c" });
-    row("start action", "\n[Desktop Action Start]\nExec=%1 %u", { "one file" });
-    row("blank command", "\" \"\n[Desktop Action Start]\nExec=%1 x", { "x" });
-    row("command before action", "%1 x\n[Desktop Action Start]\nExec=%1 y", { "x" });
-}
-
 void TestEntry::theChildReceivesItsArguments()
 {
-    QFETCH(QString, lines);
-    Entry entry(_write({ "Exec=" + lines.replace("%1", _fixture->childCommand("report", "-")) }));
-    entry.start({ "one file", "two" });
-    QTRY_VERIFY(_fixture->has("report"));
-    QTEST(QStringList(_fixture->reportOf("report").mid(1)), "arguments");
+    const auto check = [this](QString lines, const QStringList &arguments) {
+        Entry entry(
+                _write({ "Exec=" + lines.replace("%1", _fixture->childCommand("report", "-")) }));
+        entry.start({ "one file", "two" });
+        QTRY_VERIFY(_fixture->has("report"));
+        QCOMPARE(_fixture->reportOf("report").mid(1), arguments);
+        QFile::remove(_fixture->path("report"));
+    };
+    check("%1 %U", {});
+    check("%1 a %f b", { "a", "one file", "b" });
+    check("%1 'a b' ''c", { "a b", "", "c" });
+    check("\n[Desktop Action Start]\nExec=%1 %u", { "one file" });
+    check("\" \"\n[Desktop Action Start]\nExec=%1 x", { "x" });
+    check("%1 x\n[Desktop Action Start]\nExec=%1 y", { "x" });
 }
 
 void TestEntry::theChildHasTheEnvironmentOfTheConstruction()

@@ -19,6 +19,10 @@ if(QUORVANE_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(QUORVANE_BUILD_FUZZERS)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # quorvane_warnings(target): what all code is built with.
 function(quorvane_warnings target)
     # Qt's qCDebug() is a variadic macro that is called without arguments.

@@ -10,9 +10,21 @@
 #include <QSet>
 #include <QTemporaryDir>
 
-// No case here calls start(): the file names the program.
+// No case here calls start() or stop(): the file names the program.
 
 static QString applications;
+
+// Each entry has an inotify instance, and closing one takes the kernel milliseconds. Without them
+// Qt polls, which no run here lives long enough to see.
+extern "C" Q_DECL_EXPORT int inotify_init1(int)
+{
+    return -1;
+}
+
+extern "C" Q_DECL_EXPORT int inotify_init()
+{
+    return -1;
+}
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -96,7 +108,6 @@ static void listAndFilter(const QString &path, const std::string &content, const
         readRows(filter, made);
         require(filter.rowCount() == int(!model.index(0, 0).data().toString().isEmpty()));
         model.appIdData(QFileInfo(path).completeBaseName(), keys.value(0));
-        model.stop(path);
         QFile::remove(path);
         turnEventLoop();
     }

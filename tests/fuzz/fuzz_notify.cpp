@@ -74,11 +74,12 @@ static void step(FuzzedDataProvider &input, Open<xdg::NotificationManager> &mana
     case 1: {
         QObject *contexts[] = { &manager, &manager, server, nullptr };
         QObject *context = input.PickValueInArray(contexts);
+        const bool replaces = id != 0 && pending.contains(id); // It may close in the middle.
         const int timeout = input.ConsumeBool() ? input.ConsumeIntegralInRange(-1, 1) : 0;
         const QString name = takeString(input), text = takeString(input);
         const uint answer = xdg::serverNotify(context, name, id, text, text, text,
                                               takeStrings(input), takeHints(input), timeout);
-        if (context == &manager && (id == 0 || !pending.contains(id)))
+        if (context == &manager && !replaces)
             pending += ++lastId;
         require(answer == (context == &manager ? lastId : 0));
         break;

@@ -15,7 +15,7 @@ cmake --build --preset fuzz
 
 fuzz() {
     mkdir -p "$build/found/$1"
-    "$build/tests/fuzz/$1" -max_total_time="$seconds" -timeout=20 -print_final_stats=1 \
+    "$build/tests/fuzz/$1" -max_total_time="$seconds" -timeout=20 -detect_leaks=0 -print_final_stats=1 \
         -artifact_prefix="$build/found/$1-" \
         "$build/found/$1" "tests/fuzz/corpus/$1" >"$build/found/$1.log" 2>&1 || true
 }

@@ -1,5 +1,6 @@
 #include <quorvane/notifications/notificationmessage.h>
 
+#include <QPointer>
 #include <QTimer>
 
 namespace xdg {
@@ -24,37 +25,29 @@ void NotificationMessage::update(const QString &app_name, const QString &app_ico
                                  const QString &summary, const QString &body,
                                  const QStringList &actions, const QVariantMap &hints, int timeout)
 {
-    if (_appName != app_name) {
-        _appName = app_name;
-        Q_EMIT appNameChanged(_appName);
-    }
-    if (_appIcon != app_icon) {
-        _appIcon = app_icon;
-        Q_EMIT appIconChanged(_appIcon);
-    }
-    if (_summary != summary) {
-        _summary = summary;
-        Q_EMIT summaryChanged(_summary);
-    }
+    // A listener may turn the event loop in the middle, and the message may be gone after that.
+    const QPointer<NotificationMessage> alive(this);
+    const auto set = [this, &alive](auto member, const auto &value, auto changed) {
+        if (!alive || this->*member == value)
+            return;
+        this->*member = value;
+        Q_EMIT(this->*changed)(value);
+    };
+
+    set(&NotificationMessage::_appName, app_name, &NotificationMessage::appNameChanged);
+    set(&NotificationMessage::_appIcon, app_icon, &NotificationMessage::appIconChanged);
+    set(&NotificationMessage::_summary, summary, &NotificationMessage::summaryChanged);
     // Compared with the application's name on purpose: nearly every update reports the body, and a
     // body that reads like that name keeps its text.
-    if (_body != app_name) {
+    if (alive && _body != app_name) {
         _body = body;
-        Q_EMIT bodyChanged(_body);
+        Q_EMIT bodyChanged(body);
     }
-    if (_actions != actions) {
-        _actions = actions;
-        Q_EMIT actionsChanged(_actions);
-    }
-    if (_hints != hints) {
-        _hints = hints;
-        Q_EMIT hintsChanged(_hints);
-    }
-    if (_timeout != timeout) {
-        _timeout = timeout;
-        Q_EMIT timeoutChanged(_timeout);
-    }
-    _startExpiry();
+    set(&NotificationMessage::_actions, actions, &NotificationMessage::actionsChanged);
+    set(&NotificationMessage::_hints, hints, &NotificationMessage::hintsChanged);
+    set(&NotificationMessage::_timeout, timeout, &NotificationMessage::timeoutChanged);
+    if (alive)
+        _startExpiry();
 }
 
 QString NotificationMessage::appName() const

@@ -118,11 +118,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     QObject::connect(manager.findChild<XdgNotificationServer *>(),
                      &XdgNotificationServer::NotificationClosed,
                      [&pending](uint id) { pending.remove(id); });
-    // A listener that closes what it hears of, in the middle of the update.
+    // A listener that closes a notification in the middle of an update, and lets it go.
     const uint victim = takeId(input);
     QObject::connect(&manager, &QAbstractItemModel::dataChanged, &manager, [&] {
-        if (pending.contains(victim))
+        if (pending.contains(victim)) {
             manager.close(victim);
+            turnEventLoop();
+        }
     });
     // A view that reads everything at each change.
     const auto read = [&manager, &view] {

@@ -177,6 +177,19 @@ private Q_SLOTS:
         QCOMPARE(changed[0][2].value<QVector<int>>(), { NotificationManager::SummaryRole });
     }
 
+    void notificationMayGoInTheMiddleOfItsReplacement()
+    {
+        post();
+        connect(_manager.data(), &NotificationManager::dataChanged, this, [this] {
+            _manager->close(1);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // A dialogue does.
+        });
+        QSignalSpy changed(_manager.data(), &NotificationManager::dataChanged);
+        QCOMPARE(post(1, "new"), 1u);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(_manager->nbNotifications(), 0);
+    }
+
     void everyWayOutTellsItsReason()
     {
         for (int i = 0; i < 4; ++i)

@@ -101,11 +101,16 @@ void StatusNotifierHostPrivate::removeItem(const QString &id)
 {
     // For an unknown item the row is -1, and is announced like any other.
     const int row = _rowOrder.indexOf(id);
-    q->beginRemoveRows(QModelIndex(), row, row);
+    // A watcher that repeats itself leaves rows behind the last one that is counted. Qt's proxy
+    // models write behind their ends when they hear that such a row goes.
+    const bool counted = row < q->rowCount();
+    if (counted)
+        q->beginRemoveRows(QModelIndex(), row, row);
     _rowOrder.removeAll(id);
     if (ItemProxy *item = _items.take(id))
         item->deleteLater();
-    q->endRemoveRows();
+    if (counted)
+        q->endRemoveRows();
 }
 
 ItemProxy *StatusNotifierHostPrivate::itemInRow(int row) const

@@ -10,6 +10,7 @@
 #include <QProcessEnvironment>
 #include <QSettings>
 
+#include <new>
 #include <unistd.h>
 
 namespace {
@@ -214,9 +215,15 @@ QString Entry::data(const QString &key) const
     return value;
 }
 
+// The form of QSettings has values for any QVariant, and one that claims to be larger than the memory
+// throws when its group is read. A file with such a value reads as empty.
 QString Entry::_value(const QString &key) const
 {
-    return _settings->value(key).toString();
+    try {
+        return _settings->value(key).toString();
+    } catch (const std::bad_alloc &) {
+        return QString();
+    }
 }
 
 } // namespace xdg

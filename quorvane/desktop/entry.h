@@ -135,7 +135,10 @@ public Q_SLOTS:
         dataChanged() for the keywords follows each change of state: " starting" from within this
         call, then " running" and " stopped". A program that can't be launched shows only as
         " stopped". If the program of "Desktop Entry/Exec" runs already, raiseProcess() is emitted
-        and nothing else happens. An entry without any command writes a warning. */
+        and nothing else happens. An entry without any command writes a warning.
+
+        To start a program again when it has ended, do so from the event loop and not from within
+        the dataChanged() that tells of its end: its process is not free yet. */
     void start(const QStringList &args);
 
     /*! Ends the program and returns at once; the " stopped" comes through dataChanged().

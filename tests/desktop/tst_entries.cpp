@@ -179,16 +179,17 @@ void TestEntries::badFilesAreRowsLikeAnyOther()
     _fixture->writeBytes("apps/empty.desktop", QByteArray());
     _fixture->writeBytes("apps/groupless.desktop", "Name=x\n]=[\n[\n");
     _fixture->writeBytes("apps/long.desktop", "[Desktop Entry]\nName=" + longName + '\n');
+    _fixture->write("apps/huge.desktop", { "Name=@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)" });
     QFile::setPermissions(_fixture->write("apps/unreadable.desktop", { "Name=n" }), {});
     QFile::link("/none", _fixture->path("apps/dangling.desktop"));
     QDir().mkpath(_fixture->path("apps/folder.desktop"));
 
     Messages messages;
     _entries->addDirectory(_fixture->path("apps"));
-    QCOMPARE(_keys(), QStringList({ "binary", "empty", "groupless", "long", "unreadable" }));
+    QCOMPARE(_keys(), QStringList({ "binary", "empty", "groupless", "huge", "long", "unreadable" }));
     for (int id = 0; id < _entries->count(); ++id)
         _entries->getEntry(id)->data("Desktop Entry/Name");
-    QCOMPARE(_entries->getEntry(3)->data("Desktop Entry/Name").toLatin1(), longName);
+    QCOMPARE(_entries->getEntry(4)->data("Desktop Entry/Name").toLatin1(), longName);
     QCOMPARE(messages.take(), QStringList());
 }
 

@@ -192,7 +192,8 @@ QHash<int, QByteArray> StatusNotifierHost::roleNames() const
 
 void StatusNotifierHost::activate(int x, int y, const QString &id, int mode)
 {
-    for (const QString &itemId : qAsConst(_d->_rowOrder)) {
+    const QStringList ids = _d->_rowOrder; // A read from an item could let the list change.
+    for (const QString &itemId : ids) {
         ItemProxy *item = _d->_items.value(itemId);
         if (!item || item->id() != id)
             continue;

@@ -2,15 +2,12 @@
 #include <quorvane/statusnotifier/statusnotifieritem.h>
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
-#include <QCoreApplication>
-#include <QDBusConnection>
-#include <QFile>
-#include <QSocketNotifier>
-#include <QTextStream>
+#include <QtDBus>
+#include <QtWidgets>
 
-#include <memory>
+using namespace xdg;
 
-// An item with values of wrong types and without a status.
+// An item with two values of wrong types, and no others.
 class OddItem : public QObject
 {
     Q_OBJECT
@@ -21,43 +18,62 @@ class OddItem : public QObject
     QString _windowId = "42";
 };
 
-static std::unique_ptr<QObject> makePeer(const QString &role)
+static QObject *makePeer(const QString &role)
 {
     if (role == "watcher")
-        return std::make_unique<xdg::StatusNotifierWatcher>();
-    if (role == "host")
-        return std::make_unique<xdg::StatusNotifierHost>();
-    auto item = std::make_unique<xdg::StatusNotifierItem>();
-    QObject::connect(item.get(), &xdg::StatusNotifierItem::activated,
-                     [](uint x, uint y) { QTextStream(stdout) << x << ',' << y << " first\n"; });
-    QObject::connect(item.get(), &xdg::StatusNotifierItem::secondaryActivated,
-                     [](uint x, uint y) { QTextStream(stdout) << x << ',' << y << " second\n"; });
+        return new StatusNotifierWatcher(qApp);
+    if (role == "icon") {
+        auto *icon = new QSystemTrayIcon(QPixmap(16, 16), qApp);
+        const auto print = [](int reason) { QTextStream(stdout) << reason << '\n'; };
+        QObject::connect(icon, &QSystemTrayIcon::activated, print);
+        icon->show();
+        return icon;
+    }
+    if (role == "host") {
+        auto *host = new StatusNotifierHost(qApp);
+        const auto tryRow = [host](const QModelIndex &, int row) {
+            QTextStream out(stdout);
+            for (int value = 257; value <= 265; ++value)
+                out << host->data(host->index(row), value).toString() << '|';
+            out << Qt::endl;
+            for (int mode : { 0, 1 })
+                host->activate(3, 4, QCoreApplication::applicationName(), mode);
+        };
+        QObject::connect(host, &StatusNotifierHost::rowsInserted, tryRow);
+        return host;
+    }
+    if (role == "odd")
+        QDBusConnection::sessionBus().registerObject("/StatusNotifierItem", new OddItem,
+                                                     QDBusConnection::ExportAllProperties);
+    auto *item = new StatusNotifierItem(qApp);
+    const auto print = [](const char *kind) {
+        return [kind](uint x, uint y) { QTextStream(stdout) << kind << x << ' ' << y << '\n'; };
+    };
+    QObject::connect(item, &StatusNotifierItem::activated, print("first "));
+    QObject::connect(item, &StatusNotifierItem::secondaryActivated, print("second "));
     return item;
 }
 
-// traypeer watcher|host|item|odd NAME: one process of the tray. Each line of its standard input
-// sets a property: the name, a blank, the value.
+// traypeer watcher|host|item|odd|icon NAME: one process of the tray. An icon is an item that knows
+// nothing of this library; a host prints each new row and clicks on the items of its own NAME. Each
+// line of the standard input sets a property (the name, a blank, the value).
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    QApplication application(argc, argv);
     application.setApplicationName(argv[2]);
-    OddItem odd;
-    if (argv[1] == QByteArray("odd"))
-        QDBusConnection::sessionBus().registerObject("/StatusNotifierItem", &odd,
-                                                     QDBusConnection::ExportAllProperties);
-    const std::unique_ptr<QObject> peer = makePeer(argv[1]);
-    QTextStream(stdout) << "ready\n";
+    QObject *peer = makePeer(argv[1]);
+    QTextStream(stdout) << "ready" << '\n';
 
     QFile input;
     input.open(0, QIODevice::ReadOnly | QIODevice::Unbuffered);
     QSocketNotifier notifier(0, QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, peer.get(), [&] {
+    QObject::connect(&notifier, &QSocketNotifier::activated, peer, [&] {
         const QString line = input.readLine().trimmed();
         peer->setProperty(line.section(' ', 0, 0).toUtf8(), line.section(' ', 1));
         if (line.isEmpty())
             QCoreApplication::quit();
     });
-    return QCoreApplication::exec();
+    return QApplication::exec();
 }
 
 #include "traypeer.moc"

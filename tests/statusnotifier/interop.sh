@@ -4,6 +4,7 @@
 set -eu
 
 traypeer=$1
+. "$(dirname "$0")/../support/until_true.sh"
 work=$(mktemp -d)
 pids=
 input=3
@@ -22,14 +23,6 @@ start() { # FILE COMMAND...
     shift
     "$@" <&"$input" >"$out" 2>"$out.log" &
     pids="$pids $!"
-}
-until_true() { # COMMAND...
-    tries=600
-    until "$@" >/dev/null 2>&1; do
-        tries=$((tries - 1))
-        [ "$tries" -gt 0 ] || { echo "in vain: $*" >&2 && exit 1; }
-        sleep 0.05
-    done
 }
 expect() { # WHAT ACTUAL EXPECTED
     [ "$2" = "$3" ] || { printf '%s: expected\n%s\ngot\n%s\n' "$1" "$3" "$2" >&2 && exit 1; }

@@ -11,6 +11,7 @@ packages='
     doxygen
     dpkg-dev
     dunst
+    file
     fonts-dejavu-core
     g++
     git

@@ -1,6 +1,6 @@
 #include <cstdio>
+#include <fstream>
 #include <signal.h>
-#include <string>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -11,17 +11,14 @@ int main(int argc, char *argv[])
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (argc < 2)
         return 1;
-    const std::string target = argv[1];
-    const std::string temporary = target + ".part";
-    std::FILE *file = std::fopen(temporary.c_str(), "w");
-    if (!file)
-        return 1;
+    const std::string temporary = std::string(argv[1]) + ".part";
+    std::ofstream report(temporary);
     for (int i = 2; i < argc; ++i)
-        std::fprintf(file, "argument %s\n", argv[i]);
+        report << "argument " << argv[i] << '\n';
     for (char **variable = environ; *variable; ++variable)
-        std::fprintf(file, "variable %s\n", *variable);
-    std::fclose(file);
-    std::rename(temporary.c_str(), target.c_str());
+        report << "variable " << *variable << '\n';
+    report.close();
+    std::rename(temporary.c_str(), argv[1]);
     for (;;)
         pause();
 }

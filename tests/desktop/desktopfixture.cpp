@@ -3,21 +3,20 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
 
 DesktopFixture::DesktopFixture()
 {
-    const QByteArray home = path("home").toLocal8Bit();
-    const QByteArray dirs = path("one").toLocal8Bit() + ':' + path("two").toLocal8Bit();
-    environment.set("XDG_DATA_HOME", home);
-    environment.set("XDG_CONFIG_HOME", home);
-    environment.set("XDG_DATA_DIRS", dirs);
-    environment.set("XDG_CONFIG_DIRS", dirs);
+    for (const char *home : { "XDG_DATA_HOME", "XDG_CONFIG_HOME" })
+        environment.set(home, path("home").toLocal8Bit());
+    for (const char *dirs : { "XDG_DATA_DIRS", "XDG_CONFIG_DIRS" })
+        environment.set(dirs, (path("one") + ':' + path("two")).toLocal8Bit());
 }
 
 QString DesktopFixture::write(const QString &relative, const QStringList &lines) const
 {
-    const QString text = QStringLiteral("[Desktop Entry]\n") + lines.join('\n') + '\n';
-    return writeBytes(relative, text.toUtf8());
+    return writeBytes(relative, "[Desktop Entry]\n" + lines.join('\n').toUtf8() + '\n');
 }
 
 QString DesktopFixture::writeBytes(const QString &relative, const QByteArray &content) const
@@ -42,16 +41,14 @@ QString DesktopFixture::childCommand(const QString &name, const QString &argumen
     return QStringLiteral("%1 %2 %3").arg(CHILD, path(name), arguments);
 }
 
-QStringList DesktopFixture::reportOf(const QString &name, const QString &kind) const
+QStringList DesktopFixture::report(const QString &name, const QString &kind) const
 {
     QFile file(path(name));
-    QStringList report;
-    if (!file.open(QIODevice::ReadOnly))
-        return report;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
-    for (const QString &line : lines) {
-        if (line.startsWith(kind + ' '))
-            report += line.mid(kind.size() + 1);
-    }
-    return report;
+    if (!QTest::qWaitFor([&file] { return file.exists(); }, 30000)
+        || !file.open(QIODevice::ReadOnly))
+        return { "no report" };
+    const QString text = QString::fromUtf8(file.readAll());
+    file.remove();
+    const QRegularExpression beginning('^' + kind + ' ');
+    return text.split('\n').filter(beginning).replaceInStrings(beginning, QString());
 }

@@ -2,7 +2,6 @@
 
 #include "environment.h"
 
-#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -14,7 +13,6 @@ public:
     DesktopFixture();
 
     QString path(const QString &relative) const { return _root.filePath(relative); }
-    bool has(const QString &relative) const { return QFile::exists(path(relative)); }
 
     // Writes a file with the lines in the group "Desktop Entry"; a line "[...]" begins another.
     QString write(const QString &relative, const QStringList &lines = {}) const;
@@ -23,8 +21,8 @@ public:
 
     // A command that runs the child; it reports to the file of that name.
     QString childCommand(const QString &name, const QString &arguments = {}) const;
-    QStringList reportOf(const QString &name,
-                         const QString &kind = QStringLiteral("argument")) const;
+    // Waits for the report of a child and takes it away: its arguments or its variables.
+    QStringList report(const QString &name, const QString &kind = "argument") const;
 
     Environment environment;
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QString>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -14,18 +13,13 @@ inline void require(bool holds)
         std::abort();
 }
 
-inline QString takeString(FuzzedDataProvider &input, std::size_t maximum = 64)
-{
-    return QString::fromStdString(input.ConsumeRandomLengthString(maximum));
-}
-
-// An application without a session bus, whose messages go nowhere.
-inline void startApplication(int *argc, char ***argv)
+// Each target has an application without a session bus, whose messages go nowhere.
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     static const auto *application = new QCoreApplication(*argc, *argv);
-    Q_UNUSED(application)
+    return int(application == nullptr);
 }
 
 // Lets the event loop turn once, deferred deletions included.

@@ -2,21 +2,11 @@
 
 #include <quorvane/desktop/commandline_p.h>
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    return 0;
-}
-
 // A command value that must split into exactly these tokens.
-static QString quoted(const QStringList &tokens)
+static QString quoted(QStringList tokens)
 {
-    QStringList parts;
-    for (QString token : tokens) {
-        token.replace('\\', QLatin1String("\\\\")).replace('\'', QLatin1String("\\'"));
-        parts += '\'' + token + '\'';
-    }
-    return parts.join(' ');
+    tokens.replaceInStrings("\\", "\\\\").replaceInStrings("'", "\\'");
+    return tokens.isEmpty() ? QString() : '\'' + tokens.join("' '") + '\'';
 }
 
 // The first line is the command value, each line behind it an argument.

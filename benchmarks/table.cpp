@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -48,6 +49,10 @@ public:
 
     void Finalize() override
     {
+        std::stable_sort(_rows.begin(), _rows.end(), [](const Row &one, const Row &other) {
+            return std::make_pair(one.benchmark.size(), one.benchmark)
+                   < std::make_pair(other.benchmark.size(), other.benchmark);
+        });
         std::printf("%-52s %-22s %14s  %s\n", "benchmark (median)", "measure", "value", "ratio");
         for (const Row &row : _rows) {
             std::printf("%-52s %-22s %14.2f  %s\n", row.benchmark.c_str(), row.measure.c_str(),

@@ -31,16 +31,6 @@ QString DesktopFixture::writeBytes(const QString &relative, const QByteArray &co
     return file.fileName();
 }
 
-QString DesktopFixture::app(const QString &name, const QStringList &lines) const
-{
-    return write("home/applications/" + name + ".desktop", lines);
-}
-
-QString DesktopFixture::childCommand(const QString &name, const QString &arguments) const
-{
-    return QStringLiteral("%1 %2 %3").arg(CHILD, path(name), arguments);
-}
-
 QStringList DesktopFixture::report(const QString &name, const QString &kind) const
 {
     QFile file(path(name));

@@ -17,10 +17,16 @@ public:
     // Writes a file with the lines in the group "Desktop Entry"; a line "[...]" begins another.
     QString write(const QString &relative, const QStringList &lines = {}) const;
     QString writeBytes(const QString &relative, const QByteArray &content) const;
-    QString app(const QString &name, const QStringList &lines = {}) const;
+    QString app(const QString &name, const QStringList &lines = {}) const
+    {
+        return write("home/applications/" + name + ".desktop", lines);
+    }
 
     // A command that runs the child; it reports to the file of that name.
-    QString childCommand(const QString &name, const QString &arguments = {}) const;
+    QString childCommand(const QString &name, const QString &arguments = {}) const
+    {
+        return CHILD " " + path(name) + ' ' + arguments;
+    }
     // Waits for the report of a child and takes it away: its arguments or its variables.
     QStringList report(const QString &name, const QString &kind = "argument") const;
 

@@ -15,113 +15,103 @@ class TestDesktopFilter : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void rowsAreFiltered();
-    void aSectionGivesItsValues();
-    void foreignModelsAreRefusedOrHidden();
-    void changesInsideTheModelsSignalAreHarmless();
+    void initTestCase()
+    {
+        _fixture.app("full",
+                     { "Name=Full", "Exec=main", "Icon=icon", "Categories=Network", "Keywords=k",
+                       "NoDisplay=yes", "[Named]", "Name=Own", "Exec=own", "[Nameless]", "Exec=own",
+                       "Icon=own", "Categories=own", "Keywords=own" });
+        _fixture.app("hidden", { "Name=Hidden", "NoDisplay=TrUe", "Categories=Network" });
+        _fixture.app("lower", { "Name=Lower", "Categories=network" });
+        _fixture.app("nameless", { "Exec=x", "Categories=Network", "[Named]", "Name=n", "Exec=x" });
+    }
+
+    void init()
+    {
+        _filter.reset(new DesktopFilter);
+        _model.reset(new DesktopEntries);
+        _filter->setModel(_model.data());
+    }
+
+    void rowsAreFiltered()
+    {
+        QSignalSpy categoryChanged(_filter.data(), &DesktopFilter::categoryChanged);
+        const auto check
+                = [this](const char *category, const char *section, bool all, const char *shown) {
+                      _filter->setCategory(category);
+                      _filter->setSection(section);
+                      _filter->setShowAll(all);
+                      QCOMPARE(_column(DesktopEntries::AppIdRole).join(' '), shown);
+                  };
+        check("", "", false, "full lower");
+        check("", "", true, "full hidden lower");
+        check("Network", "", false, "full");
+        check("Network", "", true, "full hidden");
+        check("Net", "", true, "");
+        check("", "Named", true, "full");
+        check("", "named", true, "");
+        QCOMPARE(categoryChanged, QList<QList<QVariant>>({ { "Network" }, { "Net" }, { "" } }));
+    }
+
+    void aSectionGivesItsValues()
+    {
+        const auto check = [this](const char *section, const char *values) {
+            _filter->setSection(section);
+            QStringList shown;
+            for (int role : { 0, 258, 259, 260, 261, 262, 263, 266 })
+                shown += _column(role).value(0);
+            QCOMPARE(shown.join('|'), values);
+        };
+        check("", "Full|Full|icon|Network|yes|k stopped|main|Full");
+        check("Named", "Full|Full|icon|Network|yes|k stopped|own|Full");
+        check("Nameless", "||own|own|yes|own|own|Full");
+    }
+
+    void foreignModelsAreRefusedOrHidden()
+    {
+        QStringListModel other({ "x" });
+        QSignalSpy modelChanged(_filter.data(), &DesktopFilter::modelChanged);
+        _filter->setModel(_model.data());
+        _filter->setModel(&other);
+        QCOMPARE(_filter->model(), _model.data());
+        QCOMPARE(modelChanged.count(), 0);
+
+        Messages messages;
+        _filter->setSourceModel(&other);
+        QCOMPARE(_filter->rowCount(), 0);
+        QCOMPARE(messages.take(), QStringList("default warning: Can't retrive entry for  \"\""));
+        QVERIFY(!DesktopFilter().filterAcceptsRow(0, QModelIndex()));
+    }
+
+    void changesInsideTheModelsSignalAreHarmless()
+    {
+        connect(_model.data(), &DesktopEntries::categoriesChanged, _filter.data(), [this] {
+            _filter->setCategory(QString());
+            _filter->setCategory("New");
+        });
+        const QString path = _fixture.app("zz", { "Name=New", "Categories=New" });
+        QTRY_COMPARE(_model->rowCount(), 5);
+        _filter->invalidate();
+        QCOMPARE(_column(DesktopEntries::NameRole), QStringList("New"));
+        QVERIFY(QFile::remove(path));
+        QTRY_COMPARE(_model->rowCount(), 4);
+        _filter->invalidate();
+        QCOMPARE(_filter->rowCount(), 0);
+    }
 
 private:
-    QStringList _column(int role) const;
+    QStringList _column(int role) const
+    {
+        QStringList values;
+        for (int row = 0; row < _filter->rowCount(); ++row)
+            values += _filter->index(row, 0).data(role).toString();
+        return values;
+    }
 
     DesktopFixture _fixture;
     QScopedPointer<DesktopEntries> _model;
     QScopedPointer<DesktopFilter> _filter;
 };
-
-void TestDesktopFilter::initTestCase()
-{
-    _fixture.app("full", { "Name=Full", "Exec=main", "Icon=icon", "Categories=Network",
-                           "Keywords=k", "NoDisplay=yes", "[Named]", "Name=Own", "Exec=own",
-                           "[Nameless]", "Exec=own", "Icon=own", "Categories=own", "Keywords=own" });
-    _fixture.app("hidden", { "Name=Hidden", "NoDisplay=TrUe", "Categories=Network" });
-    _fixture.app("lower", { "Name=Lower", "Categories=network" });
-    _fixture.app("nameless", { "Exec=x", "Categories=Network", "[Named]", "Name=n", "Exec=x" });
-}
-
-void TestDesktopFilter::init()
-{
-    _filter.reset(new DesktopFilter);
-    _model.reset(new DesktopEntries);
-    _filter->setModel(_model.data());
-}
-
-QStringList TestDesktopFilter::_column(int role) const
-{
-    QStringList values;
-    for (int row = 0; row < _filter->rowCount(); ++row)
-        values += _filter->index(row, 0).data(role).toString();
-    return values;
-}
-
-void TestDesktopFilter::rowsAreFiltered()
-{
-    const auto check
-            = [this](const char *category, const char *section, bool showAll, const char *shown) {
-                  _filter->setCategory(category);
-                  _filter->setSection(section);
-                  _filter->setShowAll(showAll);
-                  QCOMPARE(_column(DesktopEntries::AppIdRole).join(' '), shown);
-              };
-    check("", "", false, "full lower");
-    check("", "", true, "full hidden lower");
-    check("Network", "", false, "full");
-    check("Network", "", true, "full hidden");
-    check("Net", "", true, "");
-    check("", "Named", true, "full");
-    check("", "named", true, "");
-}
-
-void TestDesktopFilter::aSectionGivesItsValues()
-{
-    const auto check = [this](const char *section, const char *values) {
-        _filter->setSection(section);
-        QStringList shown;
-        for (int role : { 0, 258, 259, 260, 261, 262, 263, 266 })
-            shown += _column(role).value(0);
-        QCOMPARE(shown.join('|'), values);
-    };
-    check("", "Full|Full|icon|Network|yes|k stopped|main|Full");
-    check("Named", "Full|Full|icon|Network|yes|k stopped|own|Full");
-    check("Nameless", "||own|own|yes|own|own|Full");
-}
-
-void TestDesktopFilter::foreignModelsAreRefusedOrHidden()
-{
-    QStringListModel other({ "x" });
-    QSignalSpy modelChanged(_filter.data(), &DesktopFilter::modelChanged);
-    for (QObject *model : QObjectList { _model.data(), &other, nullptr })
-        _filter->setModel(model);
-    QCOMPARE(_filter->model(), _model.data());
-    QCOMPARE(modelChanged.count(), 0);
-
-    Messages messages;
-    _filter->setSourceModel(&other);
-    QCOMPARE(_filter->rowCount(), 0);
-    QCOMPARE(messages.take(), QStringList("default warning: Can't retrive entry for  \"\""));
-    QVERIFY(!DesktopFilter().filterAcceptsRow(0, QModelIndex()));
-}
-
-void TestDesktopFilter::changesInsideTheModelsSignalAreHarmless()
-{
-    QSignalSpy categoryChanged(_filter.data(), &DesktopFilter::categoryChanged);
-    for (const char *category : { "", "New", "New" })
-        _filter->setCategory(category);
-    QCOMPARE(categoryChanged, QList<QList<QVariant>>({ { "New" } }));
-    connect(_model.data(), &DesktopEntries::categoriesChanged, _filter.data(), [this] {
-        _filter->setCategory(QString());
-        _filter->setCategory("New");
-    });
-    const QString path = _fixture.app("zz", { "Name=New", "Categories=New" });
-    QTRY_COMPARE(_model->rowCount(), 5);
-    _filter->invalidate();
-    QCOMPARE(_column(DesktopEntries::NameRole), QStringList("New"));
-    QVERIFY(QFile::remove(path));
-    QTRY_COMPARE(_model->rowCount(), 4);
-    _filter->invalidate();
-    QCOMPARE(_filter->rowCount(), 0);
-}
 
 QTEST_GUILESS_MAIN(TestDesktopFilter)
 #include "tst_desktopfilter.moc"

@@ -13,183 +13,154 @@ class TestEntries : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        _fixture.reset(new DesktopFixture);
+        _entries.reset(new Entries);
+        _signals.clear();
+        const auto recorder = [this](const char *text) {
+            return [this, text](int id) {
+                _signals += QString(text).arg(id).arg(_entries->count());
+            };
+        };
+        connect(_entries.data(), &Entries::startCreateEntry, this, recorder("create %1 of %2"));
+        connect(_entries.data(), &Entries::endCreateEntry, this, recorder("created %1 of %2"));
+        connect(_entries.data(), &Entries::startRemoveEntry, this, recorder("remove %1 of %2"));
+        connect(_entries.data(), &Entries::endRemoveEntry, this, recorder("removed %1 of %2"));
+    }
 
-    void idsAreRanksOfTheBaseNames();
-    void whatIsNoDesktopFileIsRefused();
-    void replacingAnnouncesRemovalAndCreation();
-    void whereTheOrdersDisagreeAFileIsRegisteredAnew();
-    void theLastDirectoryToReportWins();
-    void whatIsNotThereEndsQuietly();
-    void badFilesAreRowsLikeAnyOther();
-    void aThousandFilesAreFollowedInOrder();
+    void idsAreRanksOfTheBaseNames()
+    {
+        for (const char *name : { "app", "Zed", "a.b", "a.b.c", "foo", ".hidden" })
+            _fixture->write(QStringLiteral("apps/%1.desktop").arg(name));
+        QCOMPARE(_entries->addDirectory(' ' + _fixture->path("apps") + " \n"), 0);
+        QCOMPARE(_keys(), QStringList({ "Zed", "a.b", "a.b.c", "app", "foo" }));
+        // Added by file name without regard to case: each id is the rank among those before.
+        QCOMPARE(_signals.filter("create ").join(", "),
+                 "create 0 of 1, create 0 of 2, create 2 of 3, create 3 of 4, create 0 of 5");
+    }
+
+    void whereTheOrdersDisagreeAFileIsRegisteredAnew()
+    {
+        _fixture->write("apps/foo.desktop");
+        _fixture->write("apps/foo-bar.desktop");
+        _entries->addDirectory(_fixture->path("apps"));
+        const xdg::Entry *fooBar = _entries->getEntry(1);
+        _signals.clear();
+        _fixture->write("apps/zoo.desktop");
+        QTRY_COMPARE(_signals.join(", "),
+                     "remove 1 of 2, removed 1 of 1, create 1 of 2, created 1 of 2, "
+                     "create 2 of 3, created 2 of 3");
+        QVERIFY(_entries->getEntry(1) != fooBar);
+    }
+
+    void theLastDirectoryToReportWins()
+    {
+        const QString first = _fixture->write("one/foo.desktop");
+        const QString second = _fixture->write("one-more/foo.desktop");
+        for (const char *dir : { "one", "one-more" })
+            _entries->addDirectory(_fixture->path(dir));
+        QCOMPARE(_entries->add(second, false), -1);
+        QCOMPARE(_entries->getEntry(0)->path(), first);
+        _fixture->write("one-more/other.desktop");
+        QTRY_COMPARE(_signals.mid(2).join(", "),
+                     "remove 0 of 1, removed 0 of 0, create 0 of 1, created 0 of 1, "
+                     "create 1 of 2, created 1 of 2");
+        QCOMPARE(_entries->getEntry(0)->path(), second);
+        // The neighbour has the same beginning, so its entries are dropped along the way.
+        _fixture->write("one/third.desktop");
+        QTRY_COMPARE(_keys(), QStringList({ "foo", "third" }));
+        QCOMPARE(_entries->getEntry(0)->path(), first);
+    }
+
+    void whatIsNotThereEndsQuietly()
+    {
+        _entries->add(_fixture->write("foo.desktop", { "Name=n" }));
+        for (int id : { -1, 1, 2, INT_MIN, INT_MAX })
+            QVERIFY(!_entries->getEntry(id));
+        _entries->unregister("/none.desktop");
+        QCOMPARE(_signals.mid(2), QStringList({ "remove -1 of 1", "removed -1 of 1" }));
+
+        // The key counts, not the path; and what was dropped is still relayed.
+        _entries->getEntry(0)->data("Desktop Entry/Name");
+        _entries->unregister("/elsewhere/foo.desktop");
+        QCOMPARE(_entries->count(), 0);
+        QSignalSpy changed(_entries.data(), &Entries::entryDataChanged);
+        _fixture->write("foo.desktop", { "Name=changed" });
+        QVERIFY(changed.wait());
+        QCOMPARE(changed.value(0), QList<QVariant>({ "foo", "Desktop Entry/Name", "changed" }));
+    }
+
+    void badFilesAreRowsAndOthersAreRefused()
+    {
+        QByteArray binary;
+        for (int i = 0; i < 4096; ++i)
+            binary += static_cast<char>(i * 31 >> 3);
+        const QByteArray longName(1024 * 1024, 'x');
+        _fixture->writeBytes("apps/binary.desktop", binary);
+        _fixture->writeBytes("apps/empty.desktop", QByteArray());
+        _fixture->writeBytes("apps/groupless.desktop", "Name=x\n]=[\n[\n");
+        _fixture->write("apps/long.desktop", { "Name=" + longName });
+        _fixture->write("apps/huge.desktop",
+                        { "Name=@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)" });
+        QFile::setPermissions(_fixture->write("apps/unreadable.desktop", { "Name=n" }), {});
+        _fixture->write("a.DESKTOP");
+        _fixture->write("a.txt");
+        QFile::link("/none", _fixture->path("apps/dangling.desktop"));
+        QDir().mkpath(_fixture->path("apps/folder.desktop"));
+
+        Messages messages;
+        _entries->addDirectory(_fixture->path("apps"));
+        QCOMPARE(_entries->addDirectory(_fixture->path("a.txt")), -1);
+        QCOMPARE(_keys(),
+                 QStringList({ "binary", "empty", "groupless", "huge", "long", "unreadable" }));
+        for (int id = 0; id < _entries->count(); ++id)
+            _entries->getEntry(id)->data("Desktop Entry/Name");
+        QCOMPARE(_entries->getEntry(4)->data("Desktop Entry/Name").toLatin1(), longName);
+        QCOMPARE(messages.take(), QStringList());
+        for (const char *name : { "none.desktop", "a.txt", "a.DESKTOP", "apps/folder.desktop",
+                                  "apps/dangling.desktop" }) {
+            const QString path = _fixture->path(name);
+            QCOMPARE(_entries->add(path, true), -1);
+            QCOMPARE(messages.take().join('|'),
+                     "default warning: \"" + path + "\" is not a desktop entry");
+        }
+    }
+
+    void aThousandFilesAreFollowedInOrder()
+    {
+        QDir().mkpath(_fixture->path("apps"));
+        _entries->addDirectory(_fixture->path("apps"));
+        QStringList signalsOfAll;
+        for (int i = 0; i < 1000; ++i) {
+            _fixture->write(QStringLiteral("apps/%1.desktop").arg(i, 4, 10, QLatin1Char('0')));
+            for (const char *signal : { "create", "created" })
+                signalsOfAll += QStringLiteral("%1 %2 of %3").arg(signal).arg(i).arg(i + 1);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(_entries->count(), 1000, 60000);
+        QCOMPARE(_signals, signalsOfAll);
+        QCOMPARE(_entries->getEntry(500)->appId(), "0500");
+
+        _signals.clear();
+        QVERIFY(QFile::remove(_fixture->path("apps/0500.desktop")));
+        QTRY_COMPARE(_signals, QStringList({ "remove 500 of 1000", "removed 500 of 999" }));
+        QVERIFY(QDir(_fixture->path("apps")).removeRecursively());
+        QTRY_COMPARE(_entries->count(), 0);
+    }
 
 private:
-    QStringList _keys() const;
+    QStringList _keys() const
+    {
+        QStringList keys;
+        for (int id = 0; id < _entries->count(); ++id)
+            keys += _entries->getEntry(id)->appId();
+        return keys;
+    }
 
     QScopedPointer<DesktopFixture> _fixture;
     QScopedPointer<Entries> _entries;
     QStringList _signals; // Each signal with its id and the number of entries at that moment.
 };
-
-void TestEntries::init()
-{
-    _fixture.reset(new DesktopFixture);
-    _entries.reset(new Entries);
-    _signals.clear();
-    const auto record = [this](void (Entries::*signal)(int), const char *name) {
-        connect(_entries.data(), signal, this, [this, name](int id) {
-            _signals += QStringLiteral("%1 %2 of %3").arg(name).arg(id).arg(_entries->count());
-        });
-    };
-    record(&Entries::startCreateEntry, "create");
-    record(&Entries::endCreateEntry, "created");
-    record(&Entries::startRemoveEntry, "remove");
-    record(&Entries::endRemoveEntry, "removed");
-}
-
-QStringList TestEntries::_keys() const
-{
-    QStringList keys;
-    for (int id = 0; id < _entries->count(); ++id)
-        keys += _entries->getEntry(id)->appId();
-    return keys;
-}
-
-void TestEntries::idsAreRanksOfTheBaseNames()
-{
-    for (const char *name : { "app", "Zed", "a.b", "a.b.c", "foo", ".hidden" })
-        _fixture->write(QStringLiteral("apps/%1.desktop").arg(name));
-    QCOMPARE(_entries->addDirectory(' ' + _fixture->path("apps") + " \n"), 0);
-    QCOMPARE(_keys(), QStringList({ "Zed", "a.b", "a.b.c", "app", "foo" }));
-    // Added by file name without regard to case: each id is the rank among those before.
-    QCOMPARE(_signals.filter("create ").join(", "),
-             "create 0 of 1, create 0 of 2, create 2 of 3, create 3 of 4, create 0 of 5");
-}
-
-void TestEntries::whatIsNoDesktopFileIsRefused()
-{
-    _fixture->write("a.txt");
-    _fixture->write("a.DESKTOP");
-    QDir().mkpath(_fixture->path("folder.desktop"));
-    QFile::link("/none", _fixture->path("link.desktop"));
-    for (const char *name :
-         { "-.desktop", "a.txt", "a.DESKTOP", "folder.desktop", "link.desktop" }) {
-        Messages messages;
-        const QString path = _fixture->path(name);
-        QCOMPARE(_entries->add(path, true), -1);
-        QCOMPARE(messages.take(),
-                 QStringList("default warning: \"" + path + "\" is not a desktop entry"));
-    }
-    QCOMPARE(_entries->addDirectory(_fixture->path("a.txt")), -1);
-    QCOMPARE(_entries->count(), 0);
-}
-
-void TestEntries::replacingAnnouncesRemovalAndCreation()
-{
-    const QString two = _fixture->write("two/b.desktop");
-    _entries->add(_fixture->write("a.desktop"));
-    _entries->add(_fixture->write("one/b.desktop"));
-    _signals.clear();
-    Messages messages;
-    QCOMPARE(_entries->add(two, false), -1);
-    QCOMPARE(_signals + messages.take(), QStringList());
-    QCOMPARE(_entries->add(two, true), 0);
-    QCOMPARE(_signals.join(", "), "remove 1 of 2, removed 1 of 1, create 1 of 2, created 1 of 2");
-    QCOMPARE(_entries->getEntry(1)->path(), two);
-}
-
-void TestEntries::whereTheOrdersDisagreeAFileIsRegisteredAnew()
-{
-    _fixture->write("apps/foo.desktop");
-    _fixture->write("apps/foo-bar.desktop");
-    _entries->addDirectory(_fixture->path("apps"));
-    const xdg::Entry *fooBar = _entries->getEntry(1);
-    _signals.clear();
-    _fixture->write("apps/zoo.desktop");
-    QTRY_COMPARE(_signals.join(", "),
-                 "remove 1 of 2, removed 1 of 1, create 1 of 2, created 1 of 2, "
-                 "create 2 of 3, created 2 of 3");
-    QVERIFY(_entries->getEntry(1) != fooBar);
-}
-
-void TestEntries::theLastDirectoryToReportWins()
-{
-    const QString first = _fixture->write("one/foo.desktop");
-    const QString second = _fixture->write("one-more/foo.desktop");
-    _entries->addDirectory(_fixture->path("one"));
-    _entries->addDirectory(_fixture->path("one-more"));
-    QCOMPARE(_entries->getEntry(0)->path(), first);
-    _fixture->write("one-more/other.desktop");
-    QTRY_COMPARE(_entries->getEntry(0)->path(), second);
-    // The neighbour has the same beginning, so its entries are dropped along the way.
-    _fixture->write("one/third.desktop");
-    QTRY_COMPARE(_keys(), QStringList({ "foo", "third" }));
-    QCOMPARE(_entries->getEntry(0)->path(), first);
-}
-
-void TestEntries::whatIsNotThereEndsQuietly()
-{
-    _entries->add(_fixture->write("foo.desktop", { "Name=n" }));
-    for (int id : { -1, 1, 2, INT_MIN, INT_MAX })
-        QVERIFY(!_entries->getEntry(id));
-    _entries->unregister("/none.desktop");
-    QCOMPARE(_signals.mid(2), QStringList({ "remove -1 of 1", "removed -1 of 1" }));
-
-    // The key counts, not the path; and what was dropped is still relayed.
-    _entries->getEntry(0)->data("Desktop Entry/Name");
-    _entries->unregister("/elsewhere/foo.desktop");
-    QCOMPARE(_entries->count(), 0);
-    QSignalSpy changed(_entries.data(), &Entries::entryDataChanged);
-    _fixture->write("foo.desktop", { "Name=changed" });
-    QVERIFY(changed.wait());
-    QCOMPARE(changed.value(0), QList<QVariant>({ "foo", "Desktop Entry/Name", "changed" }));
-}
-
-void TestEntries::badFilesAreRowsLikeAnyOther()
-{
-    QByteArray binary;
-    for (int i = 0; i < 4096; ++i)
-        binary += static_cast<char>(i * 31 >> 3);
-    const QByteArray longName(1024 * 1024, 'x');
-    _fixture->writeBytes("apps/binary.desktop", binary);
-    _fixture->writeBytes("apps/empty.desktop", QByteArray());
-    _fixture->writeBytes("apps/groupless.desktop", "Name=x\n]=[\n[\n");
-    _fixture->write("apps/long.desktop", { "Name=" + longName });
-    _fixture->write("apps/huge.desktop", { "Name=@Variant(\\0\\0\\0\\x9\\x7f\\xff\\xff\\xff)" });
-    QFile::setPermissions(_fixture->write("apps/unreadable.desktop", { "Name=n" }), {});
-    QFile::link("/none", _fixture->path("apps/dangling.desktop"));
-    QDir().mkpath(_fixture->path("apps/folder.desktop"));
-
-    Messages messages;
-    _entries->addDirectory(_fixture->path("apps"));
-    QCOMPARE(_keys(), QStringList({ "binary", "empty", "groupless", "huge", "long", "unreadable" }));
-    for (int id = 0; id < _entries->count(); ++id)
-        _entries->getEntry(id)->data("Desktop Entry/Name");
-    QCOMPARE(_entries->getEntry(4)->data("Desktop Entry/Name").toLatin1(), longName);
-    QCOMPARE(messages.take(), QStringList());
-}
-
-void TestEntries::aThousandFilesAreFollowedInOrder()
-{
-    QDir().mkpath(_fixture->path("apps"));
-    _entries->addDirectory(_fixture->path("apps"));
-    QStringList signalsOfAll;
-    for (int i = 0; i < 1000; ++i) {
-        _fixture->write(QStringLiteral("apps/%1.desktop").arg(i, 4, 10, QLatin1Char('0')));
-        for (const char *signal : { "create", "created" })
-            signalsOfAll += QStringLiteral("%1 %2 of %3").arg(signal).arg(i).arg(i + 1);
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(_entries->count(), 1000, 60000);
-    QCOMPARE(_signals, signalsOfAll);
-    QCOMPARE(_entries->getEntry(500)->appId(), "0500");
-
-    _signals.clear();
-    QVERIFY(QFile::remove(_fixture->path("apps/0500.desktop")));
-    QTRY_COMPARE(_signals, QStringList({ "remove 500 of 1000", "removed 500 of 999" }));
-    QVERIFY(QDir(_fixture->path("apps")).removeRecursively());
-    QTRY_COMPARE(_entries->count(), 0);
-}
 
 QTEST_GUILESS_MAIN(TestEntries)
 #include "tst_entries.moc"

@@ -20,6 +20,7 @@ packages='
     libglib2.0-bin
     libglib2.0-dev
     libnotify-bin
+    llvm
     ninja-build
     pkg-config
     python3-dbus

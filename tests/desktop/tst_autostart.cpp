@@ -3,8 +3,6 @@
 #include "desktopfixture.h"
 #include "messages.h"
 
-#include <QtTest>
-
 class TestAutoStart : public QObject
 {
     Q_OBJECT
@@ -12,11 +10,13 @@ class TestAutoStart : public QObject
 private Q_SLOTS:
     void startsBySelection()
     {
-        // The file of the last system directory wins over the user's.
+        // The file of the last system directory wins over the others.
         DesktopFixture fixture;
         const auto add = [&fixture](const QString &name, const QString &line) {
-            fixture.write("home/autostart/" + name + ".desktop", { "Exec=/none" });
-            fixture.write("two/autostart/" + name + ".desktop",
+            for (const char *folder : { "home", "one" })
+                fixture.write(QString("%1/etc/autostart/%2.desktop").arg(folder, name),
+                              { "Exec=/no" });
+            fixture.write("two/etc/autostart/" + name + ".desktop",
                           { "Exec=" + fixture.childCommand(name), line });
         };
         add("named", "Name=The Name\nKeywords=k");

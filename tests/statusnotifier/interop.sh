@@ -94,7 +94,7 @@ registers '   '
 registers word
 registers org.quorvane.Übung-1
 registers "org.example.form',type='signal"
-registers "$(printf '%0100000d' 0)"
+registers "$(printf 'a.%0100000d' 0)"
 expect 'rows of the host' "$(grep -o '[^|]*|mail|' "$work/host" | wc -l)" 2 # Under both its names.
 "$traypeer" item Übung </dev/null >/dev/null 2>&1
 
@@ -117,11 +117,12 @@ readonly s Status; readonly i WindowId; readonly s IconName; readonly s OverlayI
 readonly s AttentionIconName; readonly s AttentionMovieName; }; "
 
 start monitor gdbus monitor --session --dest "$service"
-until_true grep owned "$work/monitor"
+# It says so a moment before it listens.
+until_true sh -c "date '+title %N' >&4; grep NewTitle '$work/monitor'"
 echo status NeedsAttention >&4
 echo iconName mail-unread >&4
 until_true grep NewIcon "$work/monitor"
-expect 'what a monitor saw' "$(sed -n "s/.*$item.//p" "$work/monitor" | tr '\n' ' ')" \
+expect 'what a monitor saw' "$(sed -n "s/.*$item.\(New[SI]\)/\1/p" "$work/monitor" | tr '\n' ' ')" \
     "NewStatus ('NeedsAttention',) NewIcon () "
 expect 'a property' "$(calls "$service" $item $get $item IconName)" "(<'mail-unread'>,)"
 expect 'a click' "$(calls "$service" $item $item.Activate -1 2)" '()'

@@ -7,13 +7,22 @@
 class Messages
 {
 public:
-    Messages();
-    ~Messages();
-    Q_DISABLE_COPY(Messages)
+    ~Messages()
+    {
+        qInstallMessageHandler(_before);
+        take();
+    }
 
     // What was recorded since the last call.
-    QStringList take();
+    static QStringList take() { return std::exchange(_recorded, {}); }
 
 private:
-    QtMessageHandler _before;
+    static void _record(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        static const char *const levels[] = { "debug", "warning", "critical", "fatal", "info" };
+        _recorded += QStringLiteral("%1 %2: %3").arg(context.category, levels[type], text);
+    }
+
+    static inline QStringList _recorded;
+    const QtMessageHandler _before = qInstallMessageHandler(_record);
 };

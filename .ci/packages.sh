@@ -14,12 +14,15 @@ packages='
     file
     fonts-dejavu-core
     g++
+    gir1.2-ayatanaappindicator3-0.1
+    gir1.2-notify-0.7
     git
     libbenchmark-dev
     libclang-rt-14-dev
     libglib2.0-bin
     libglib2.0-dev
     libnotify-bin
+    libqt5svg5
     llvm
     ninja-build
     pkg-config

@@ -1,4 +1,5 @@
 #include "basedirectories.h"
+#include "traymenu.h"
 
 #include <quorvane/desktop/autostart.h>
 #include <quorvane/desktop/desktopentries.h>
@@ -49,6 +50,7 @@ public:
         registerType<xdg::StatusNotifierWatcher>(uri, "StatusNotifierWatcher");
         registerType<xdg::StatusNotifierItem>(uri, "StatusNotifierItem");
         registerType<xdg::StatusNotifierHost>(uri, "StatusNotifierHost");
+        registerType<TrayMenu>(uri, "TrayMenu");
 
         // What sourceModel is, so that a model can stand right there.
         qmlRegisterAnonymousType<QAbstractItemModel>(uri, 1);

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "menuitem.h"
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+#include <functional>
+
+class QDBusMessage;
+
+// One menu on the session bus, spoken to without ever waiting. It fetches the layout at once and
+// whenever the menu says that it changed, with one call at a time, however often it says so.
+class MenuClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Both names are valid ones: libdbus ends the process over others.
+    MenuClient(const QString &service, const QString &path, QObject *parent = nullptr);
+
+    // Whether the menu has been received, or isn't there.
+    bool isLoaded() const;
+    // False from when a call has gone unanswered for three seconds until an answer comes.
+    bool responds() const;
+    // The folder in which the menu's icon names are looked for first; often empty.
+    QString themePath() const;
+
+    // Tells the menu that the children of an item are about to be shown, and waits for what it
+    // makes of that. Ends with prepared().
+    void prepare(int id);
+    // Tells the menu what happened to an item: "clicked", "opened" or "closed".
+    void sendEvent(int id, const QString &event);
+
+Q_SIGNALS:
+    // The whole menu; empty when it is gone.
+    void layoutReceived(const MenuItem &root);
+    void propertiesReceived(const QHash<int, QVariantMap> &updates);
+    void themePathChanged();
+    void respondsChanged();
+    // After prepare(); the layout has been received by now if there was a new one.
+    void prepared(int id, bool ok);
+    // The program asks for its menu to be shown.
+    void activationRequested();
+
+private Q_SLOTS:
+    void _layoutUpdated();
+    void _itemsPropertiesUpdated(const QDBusMessage &signal);
+
+private:
+    void _ownerChanged(const QString &owner);
+    void _begin();
+    void _fetch();
+    void _fetched(const QDBusMessage &answer);
+    void _endPreparations(bool ok);
+    void _setResponds(bool responds);
+    QDBusMessage _method(const QString &interface, const QString &name) const;
+    void _call(const QDBusMessage &message, int timeout,
+               const std::function<void(const QDBusMessage &)> &answered);
+
+    const QString _service;
+    const QString _path;
+    QDBusConnection _bus = QDBusConnection::sessionBus();
+    QTimer _update;
+    QTimer _patience;
+    QString _themePath;
+    QSet<int> _announced;
+    QSet<int> _awaitingLayout;
+    int _unanswered = 0;
+    bool _fetching = false;
+    bool _fetchAgain = false;
+    bool _loaded = false;
+    bool _responds = true;
+};

@@ -1,0 +1,454 @@
+#include "traymenu.h"
+
+#include "iconsource.h"
+#include "imagestore.h"
+#include "menuclient.h"
+#include "menuitem.h"
+
+#include <gio/gio.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace {
+
+constexpr int maximalSide = 64;
+
+// A picture that the store keeps as long as this lives.
+class StoredPicture
+{
+public:
+    explicit StoredPicture(const QImage &image)
+        : _source(ImageStore::add(image))
+    {
+    }
+    ~StoredPicture() { ImageStore::remove(_source); }
+    Q_DISABLE_COPY(StoredPicture)
+
+    QString source() const { return _source; }
+
+private:
+    const QString _source;
+};
+
+std::unique_ptr<StoredPicture> picture(const QByteArray &png)
+{
+    QImage image = QImage::fromData(png, "PNG");
+    if (image.isNull())
+        return nullptr;
+    if (image.width() > maximalSide || image.height() > maximalSide)
+        image = image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio,
+                             Qt::SmoothTransformation);
+    return std::make_unique<StoredPicture>(image);
+}
+
+// An underscore marks the next letter, which may be an underscore.
+QString withoutMnemonics(const QString &label)
+{
+    QString text;
+    for (int i = 0; i < label.size(); ++i) {
+        if (label.at(i) == QLatin1Char('_') && ++i == label.size())
+            break;
+        text += label.at(i);
+    }
+    return text;
+}
+
+QString text(const QVariantMap &properties, const char *name)
+{
+    return properties.value(QLatin1String(name)).toString();
+}
+
+bool isSubmenu(const QVariantMap &properties)
+{
+    return text(properties, "children-display") == QLatin1String("submenu");
+}
+
+} // namespace
+
+struct TrayMenu::Row
+{
+    int id = 0;
+    QVariantMap properties;
+    TrayMenu *submenu = nullptr;
+    std::unique_ptr<StoredPicture> picture;
+};
+
+TrayMenu::TrayMenu(QObject *parent)
+    : QAbstractListModel(parent)
+    , _root(this)
+{
+    _connecting.setSingleShot(true);
+    _connecting.setInterval(0);
+    connect(&_connecting, &QTimer::timeout, this, &TrayMenu::_connectToService);
+    connect(this, &TrayMenu::rowsInserted, this, &TrayMenu::countChanged);
+    connect(this, &TrayMenu::rowsRemoved, this, &TrayMenu::countChanged);
+}
+
+TrayMenu::TrayMenu(int id, TrayMenu *parent)
+    : QAbstractListModel(parent)
+    , _root(parent->_root)
+    , _id(id)
+{
+    connect(this, &TrayMenu::rowsInserted, this, &TrayMenu::countChanged);
+    connect(this, &TrayMenu::rowsRemoved, this, &TrayMenu::countChanged);
+    _follow(_root->_client);
+}
+
+TrayMenu::~TrayMenu() = default;
+
+QString TrayMenu::service() const
+{
+    return _root->_service;
+}
+
+void TrayMenu::setService(const QString &service)
+{
+    if (_root != this || _service == service)
+        return;
+    _service = service;
+    _connecting.start();
+    Q_EMIT serviceChanged();
+    _updateLoading();
+}
+
+QString TrayMenu::path() const
+{
+    return _root->_path;
+}
+
+void TrayMenu::setPath(const QString &path)
+{
+    if (_root != this || _path == path)
+        return;
+    _path = path;
+    _connecting.start();
+    Q_EMIT pathChanged();
+    _updateLoading();
+}
+
+int TrayMenu::count() const
+{
+    return int(_rows.size());
+}
+
+bool TrayMenu::isLoading() const
+{
+    return _loading;
+}
+
+bool TrayMenu::responds() const
+{
+    return !_root->_client || _root->_client->responds();
+}
+
+int TrayMenu::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant TrayMenu::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Row &row = _rows.at(size_t(index.row()));
+    const QVariantMap &of = row.properties;
+    switch (role) {
+    case LabelRole:
+        return withoutMnemonics(text(of, "label"));
+    case EnabledRole:
+        return of.value(QStringLiteral("enabled"), true);
+    case VisibleRole:
+        return of.value(QStringLiteral("visible"), true);
+    case SeparatorRole:
+        return text(of, "type") == QLatin1String("separator");
+    case CheckableRole:
+        return text(of, "toggle-type") == QLatin1String("checkmark")
+               || text(of, "toggle-type") == QLatin1String("radio");
+    case RadioRole:
+        return text(of, "toggle-type") == QLatin1String("radio");
+    case CheckedRole:
+        return of.value(QStringLiteral("toggle-state")).toInt() == 1;
+    case IconSourceRole:
+        if (row.picture)
+            return row.picture->source();
+        return iconSource(text(of, "icon-name"), _themePath());
+    case HasChildrenRole:
+        return row.submenu != nullptr;
+    case ShortcutRole:
+        return text(of, "shortcut");
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TrayMenu::roleNames() const
+{
+    return {
+        { LabelRole, "label" },
+        { EnabledRole, "enabled" },
+        { VisibleRole, "visible" },
+        { SeparatorRole, "separator" },
+        { CheckableRole, "checkable" },
+        { RadioRole, "radio" },
+        { CheckedRole, "checked" },
+        { IconSourceRole, "iconSource" },
+        { HasChildrenRole, "hasChildren" },
+        { ShortcutRole, "shortcut" },
+    };
+}
+
+QVariantMap TrayMenu::get(int row) const
+{
+    QVariantMap values;
+    if (row < 0 || row >= count())
+        return values;
+    const QHash<int, QByteArray> names = roleNames();
+    for (auto role = names.cbegin(); role != names.cend(); ++role)
+        values.insert(QString::fromLatin1(role.value()), data(index(row), role.key()));
+    return values;
+}
+
+void TrayMenu::trigger(int row)
+{
+    const QModelIndex index = this->index(row);
+    const auto is = [&index](Role role) { return index.data(role).toBool(); };
+    if (is(EnabledRole) && is(VisibleRole) && !is(SeparatorRole) && !is(HasChildrenRole))
+        _root->_client->sendEvent(_rows.at(size_t(row)).id, QStringLiteral("clicked"));
+}
+
+TrayMenu *TrayMenu::submenu(int row) const
+{
+    return row >= 0 && row < count() ? _rows.at(size_t(row)).submenu : nullptr;
+}
+
+void TrayMenu::open()
+{
+    _isOpen = true;
+    _opening = true;
+    _updateLoading();
+    if (_root->_client)
+        _announce();
+    else
+        _root->_connecting.start();
+}
+
+void TrayMenu::close()
+{
+    if (!std::exchange(_isOpen, false))
+        return;
+    _opening = false;
+    _updateLoading();
+    if (_root->_client)
+        _root->_client->sendEvent(_id, QStringLiteral("closed"));
+}
+
+// Not at once: what a handler of a signal does must not replace the rows that are being announced.
+void TrayMenu::_connectToService()
+{
+    _setItems({});
+    delete std::exchange(_client, nullptr);
+    if (g_dbus_is_name(_service.toUtf8().constData())
+        && g_variant_is_object_path(_path.toUtf8().constData())) {
+        _client = new MenuClient(_service, _path, this);
+        _follow(_client);
+    }
+    _isOpen = _opening;
+    if (_opening && _client)
+        _announce();
+    else if (_opening)
+        _prepared(_id, false);
+    _updateLoading();
+    Q_EMIT respondsChanged();
+}
+
+void TrayMenu::_follow(MenuClient *client)
+{
+    connect(client, &MenuClient::prepared, this, &TrayMenu::_prepared);
+    connect(client, &MenuClient::respondsChanged, this, &TrayMenu::respondsChanged);
+    connect(client, &MenuClient::themePathChanged, this, [this] {
+        if (count() > 0)
+            Q_EMIT dataChanged(index(0), index(count() - 1), { IconSourceRole });
+    });
+    if (_root != this)
+        return;
+    connect(client, &MenuClient::layoutReceived, this, [this](const MenuItem &menu) {
+        _setItems(menu.children);
+        _updateLoading();
+    });
+    connect(client, &MenuClient::propertiesReceived, this, &TrayMenu::_setProperties);
+    connect(client, &MenuClient::activationRequested, this, &TrayMenu::activationRequested);
+}
+
+void TrayMenu::_announce()
+{
+    _root->_client->prepare(_id);
+    _root->_client->sendEvent(_id, QStringLiteral("opened"));
+}
+
+void TrayMenu::_prepared(int id, bool ok)
+{
+    if (id != _id || !_opening)
+        return;
+    _opening = false;
+    _updateLoading();
+    if (ok) {
+        Q_EMIT opened();
+    } else {
+        close();
+        Q_EMIT failed();
+    }
+}
+
+void TrayMenu::_updateLoading()
+{
+    const bool isArriving = _connecting.isActive() || (_client && !_client->isLoaded());
+    const bool loading = _opening || isArriving;
+    if (std::exchange(_loading, loading) != loading)
+        Q_EMIT loadingChanged();
+}
+
+QString TrayMenu::_themePath() const
+{
+    return _root->_client ? _root->_client->themePath() : QString();
+}
+
+// The rows one by one until they are those of the layout. What stays keeps its row and its submenu.
+void TrayMenu::_setItems(const std::vector<MenuItem> &items)
+{
+    QSet<int> wanted;
+    for (const MenuItem &item : items)
+        wanted.insert(item.id);
+    _removeAllBut(wanted);
+
+    QSet<int> present;
+    for (const Row &row : _rows)
+        present.insert(row.id);
+    const MenuItem *const end = items.data() + items.size();
+    for (const MenuItem *item = items.data(); item != end;) {
+        const int row = int(item - items.data());
+        const MenuItem *const known = std::find_if(
+                item, end, [&present](const MenuItem &each) { return present.contains(each.id); });
+        if (known != item) {
+            _insert(row, item, known);
+            item = known;
+            continue;
+        }
+        _moveHere(row, item->id);
+        _change(row, item->properties, !item->children.empty());
+        if (TrayMenu *submenu = _rows[size_t(row)].submenu)
+            submenu->_setItems(item->children);
+        ++item;
+    }
+}
+
+void TrayMenu::_removeAllBut(const QSet<int> &ids)
+{
+    const auto goes = [this, &ids](int row) { return !ids.contains(_rows[size_t(row)].id); };
+    for (int last = count() - 1; last >= 0; --last) {
+        if (!goes(last))
+            continue;
+        int first = last;
+        while (first > 0 && goes(first - 1))
+            --first;
+        beginRemoveRows({}, first, last);
+        for (int row = first; row <= last; ++row)
+            _removeSubmenu(&_rows[size_t(row)]);
+        _rows.erase(_rows.begin() + first, _rows.begin() + last + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+void TrayMenu::_insert(int row, const MenuItem *first, const MenuItem *end)
+{
+    std::vector<Row> rows;
+    for (const MenuItem *item = first; item != end; ++item) {
+        Row &inserted = rows.emplace_back();
+        inserted.id = item->id;
+        _assign(&inserted, item->properties, !item->children.empty());
+        if (inserted.submenu)
+            inserted.submenu->_setItems(item->children);
+    }
+    beginInsertRows({}, row, row + int(rows.size()) - 1);
+    _rows.insert(_rows.begin() + row, std::make_move_iterator(rows.begin()),
+                 std::make_move_iterator(rows.end()));
+    endInsertRows();
+}
+
+void TrayMenu::_moveHere(int to, int id)
+{
+    const auto at = std::find_if(_rows.begin() + to, _rows.end(),
+                                 [id](const Row &row) { return row.id == id; });
+    const int from = int(at - _rows.begin());
+    if (from == to)
+        return;
+    beginMoveRows({}, from, from, {}, to);
+    std::rotate(_rows.begin() + to, at, at + 1);
+    endMoveRows();
+}
+
+void TrayMenu::_setProperties(const QHash<int, QVariantMap> &updates)
+{
+    for (int row = 0; row < count(); ++row) {
+        const Row &changed = _rows[size_t(row)];
+        TrayMenu *const submenu = changed.submenu;
+        const auto update = updates.constFind(changed.id);
+        if (update != updates.cend()) {
+            QVariantMap properties = changed.properties;
+            for (auto property = update->cbegin(); property != update->cend(); ++property) {
+                if (property->isValid())
+                    properties.insert(property.key(), *property);
+                else
+                    properties.remove(property.key());
+            }
+            _change(row, properties, submenu && submenu->count() > 0);
+        }
+        if (submenu)
+            submenu->_setProperties(updates);
+    }
+}
+
+void TrayMenu::_change(int row, const QVariantMap &properties, bool hasItems)
+{
+    Row &changed = _rows[size_t(row)];
+    if (changed.properties == properties
+        && (changed.submenu != nullptr) == (hasItems || isSubmenu(properties)))
+        return;
+    const QVariantMap before = get(row);
+    _assign(&changed, properties, hasItems);
+    const QVariantMap after = get(row);
+
+    QVector<int> roles;
+    const QHash<int, QByteArray> names = roleNames();
+    for (auto role = names.cbegin(); role != names.cend(); ++role) {
+        const QString name = QString::fromLatin1(role.value());
+        if (before.value(name) != after.value(name))
+            roles += role.key();
+    }
+    if (!roles.isEmpty())
+        Q_EMIT dataChanged(index(row), index(row), roles);
+}
+
+void TrayMenu::_assign(Row *row, const QVariantMap &properties, bool hasItems)
+{
+    const QVariantMap before = std::exchange(row->properties, properties);
+    const QByteArray png = properties.value(QStringLiteral("icon-data")).toByteArray();
+    if (png != before.value(QStringLiteral("icon-data")).toByteArray())
+        row->picture = picture(png);
+
+    if (!hasItems && !isSubmenu(properties))
+        _removeSubmenu(row);
+    else if (!row->submenu)
+        row->submenu = new TrayMenu(row->id, this);
+}
+
+// A view may still show it.
+void TrayMenu::_removeSubmenu(Row *row)
+{
+    if (!row->submenu)
+        return;
+    row->submenu->_setItems({});
+    std::exchange(row->submenu, nullptr)->deleteLater();
+}

@@ -1,4 +1,5 @@
 #include "basedirectories.h"
+#include "notifications.h"
 #include "traymenu.h"
 
 #include <quorvane/desktop/autostart.h>
@@ -44,6 +45,7 @@ public:
         registerType<xdg::AutoStart>(uri, "AutoStart");
 
         registerType<xdg::NotificationManager>(uri, "NotificationManager");
+        registerType<Notifications>(uri, "Notifications");
         registerType<xdg::NotificationActions>(uri, "NotificationActions");
         registerType<XdgNotifier>(uri, "Notifier");
 

@@ -1,0 +1,54 @@
+#include "notificationimage.h"
+
+#include <QDBusArgument>
+
+namespace {
+
+constexpr int longestSide = 320;
+constexpr qint64 mostBytes = 40 * 1024 * 1024;
+
+// Within what a notification shows. The first, rough step keeps large pictures cheap.
+QImage scaled(const QImage &image)
+{
+    const auto atMost = [](const QImage &large, int side, Qt::TransformationMode mode) {
+        const bool fits = qMax(large.width(), large.height()) <= side;
+        const QSize size = large.size().scaled(side, side, Qt::KeepAspectRatio);
+        return fits ? large : large.scaled(size.expandedTo({ 1, 1 }), Qt::IgnoreAspectRatio, mode);
+    };
+    return atMost(atMost(image, 2 * longestSide, Qt::FastTransformation), longestSide,
+                  Qt::SmoothTransformation);
+}
+
+} // namespace
+
+QImage notificationImage(const QVariant &hint)
+{
+    if (hint.userType() != qMetaTypeId<QDBusArgument>())
+        return {};
+    const auto argument = hint.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("(iiibiiay)"))
+        return {};
+
+    int width = 0;
+    int height = 0;
+    int rowstride = 0;
+    bool alpha = false;
+    int bits = 0;
+    int channels = 0;
+    QByteArray pixels;
+    argument.beginStructure();
+    argument >> width >> height >> rowstride >> alpha >> bits >> channels >> pixels;
+    argument.endStructure();
+
+    if (width <= 0 || height <= 0 || bits != 8 || channels != (alpha ? 4 : 3))
+        return {};
+    const qint64 row = qint64(width) * channels;
+    // The last row may end with its last pixel.
+    if (rowstride < row || qint64(rowstride) * (height - 1) + row > pixels.size())
+        return {};
+    if (pixels.size() > mostBytes || 4 * qint64(width) * height > mostBytes)
+        return {};
+    const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), width, height,
+                       rowstride, alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+    return scaled(image).copy();
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QImage>
+#include <QVariant>
+
+// The picture in the hint "image-data" of a notification, and in the older "image_data" and
+// "icon_data": "(iiibiiay)", that is width, height, rowstride, alpha, bits per sample, channels and
+// pixels. A side longer than 320 pixels is scaled down to that. Null for any other value, for sizes
+// that don't match the pixels, and for more than 40 MB.
+QImage notificationImage(const QVariant &hint);

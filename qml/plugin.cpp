@@ -1,5 +1,6 @@
 #include "basedirectories.h"
 #include "notifications.h"
+#include "sortfilterproxymodel.h"
 #include "traymenu.h"
 
 #include <quorvane/desktop/autostart.h>
@@ -14,7 +15,6 @@
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
 #include <QQmlExtensionPlugin>
-#include <QSortFilterProxyModel>
 #include <qqml.h>
 
 namespace {
@@ -56,9 +56,7 @@ public:
 
         // What sourceModel is, so that a model can stand right there.
         qmlRegisterAnonymousType<QAbstractItemModel>(uri, 1);
-        // Some of the models announce the removal of row -1, after which a view that sits on them
-        // directly miscounts its rows. A proxy in between drops those.
-        registerType<QSortFilterProxyModel>(uri, "SortFilterProxyModel");
+        registerType<SortFilterProxyModel>(uri, "SortFilterProxyModel");
     }
 };
 

@@ -1,4 +1,5 @@
 #include "basedirectories.h"
+#include "iconprovider.h"
 #include "notifications.h"
 #include "sortfilterproxymodel.h"
 #include "traymenu.h"
@@ -14,6 +15,7 @@
 #include <quorvane/statusnotifier/statusnotifieritem.h>
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
+#include <QQmlEngine>
 #include <QQmlExtensionPlugin>
 #include <qqml.h>
 
@@ -57,6 +59,11 @@ public:
         // What sourceModel is, so that a model can stand right there.
         qmlRegisterAnonymousType<QAbstractItemModel>(uri, 1);
         registerType<SortFilterProxyModel>(uri, "SortFilterProxyModel");
+    }
+
+    void initializeEngine(QQmlEngine *engine, const char *) override
+    {
+        engine->addImageProvider(QStringLiteral("quorvane"), new IconProvider(engine));
     }
 };
 

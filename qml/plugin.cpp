@@ -2,6 +2,7 @@
 #include "iconprovider.h"
 #include "notifications.h"
 #include "sortfilterproxymodel.h"
+#include "tray.h"
 #include "traymenu.h"
 
 #include <quorvane/desktop/autostart.h>
@@ -54,6 +55,7 @@ public:
         registerType<xdg::StatusNotifierWatcher>(uri, "StatusNotifierWatcher");
         registerType<xdg::StatusNotifierItem>(uri, "StatusNotifierItem");
         registerType<xdg::StatusNotifierHost>(uri, "StatusNotifierHost");
+        registerType<Tray>(uri, "Tray");
         registerType<TrayMenu>(uri, "TrayMenu");
 
         // What sourceModel is, so that a model can stand right there.

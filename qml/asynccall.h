@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+
+// Calls over the session bus that nobody waits for.
+
+// Calls an object of a running program; nothing is started for it. The names have to be valid. An
+// answer may come at any time: the error for a program that has none comes when it ends.
+QDBusPendingCall callAsync(const QString &service, const QString &path, const QString &interface,
+                           const QString &method, const QVariantList &arguments = {});
+// Calls the bus itself, org.freedesktop.DBus.
+QDBusPendingCall callBus(const QString &method, const QVariantList &arguments);
+
+// Gives the answer of a call, or the error that came in its place, to a function of a QDBusMessage.
+// The function is not called when the context has gone by then.
+template<typename Function>
+void whenAnswered(const QDBusPendingCall &call, QObject *context, Function function)
+{
+    auto *watcher = new QDBusPendingCallWatcher(call, context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, function] {
+        watcher->deleteLater();
+        function(watcher->reply());
+    });
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "trayregistry.h"
+
+#include <QAbstractListModel>
+#include <QVariantMap>
+#include <QVector>
+
+class QDBusMessage;
+class TrayItem;
+class TrayMenu;
+
+// The tray for a shell: the items of all programs, whatever way they register, read without waiting.
+//
+// It takes part in the StatusNotifierItem protocol as a host. It uses the registry of another process
+// where there is one, and keeps the registry itself where there is none and once that one has left.
+// Rows stand in the order in which the items registered. An item has its row from its first answer
+// on; one that answers with an error has none, one that does not answer has one after three seconds.
+//
+// Role          | Type    | Meaning
+// key           | string  | bus name and object path: unique, and the same as long as the item lives
+// itemId        | string  | what the program calls the item; several may have the same
+// title         | string  | may be empty
+// status        | string  | Passive, Active or NeedsAttention
+// category      | string  | ApplicationStatus, Communications, SystemServices, Hardware or another
+// iconSource    | string  | URL for an Image; that of the attention icon while NeedsAttention
+// overlaySource | string  | URL of a small picture for a corner of the icon; mostly empty
+// label         | string  | a short text for beside the icon; mostly empty
+// toolTip       | string  | plain text: the item's tool tip, or else its title, or else itemId
+// hasMenu       | bool    | whether menu() has something to show
+// isMenu        | bool    | the item has nothing but its menu; activate() asks for that
+// responds      | bool    | false after three seconds without an answer; the other values are the last
+class Tray : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
+    // Whether there is a registry that knows this tray, so that programs find it.
+    Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
+    // {name, pid} of the process that keeps the registry, if it is another one; else empty.
+    Q_PROPERTY(QVariantMap owner READ owner NOTIFY ownerChanged)
+
+public:
+    explicit Tray(QObject *parent = nullptr);
+    ~Tray() override;
+
+    bool isRegistered() const;
+    QVariantMap owner() const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    // All roles of a row by their names; empty for a row that there isn't.
+    Q_INVOKABLE QVariantMap get(int row) const;
+    // The menu of an item, null for one without and for an unknown key. The same object each time;
+    // it belongs to the tray and goes with the item.
+    Q_INVOKABLE TrayMenu *menu(const QString &key) const;
+
+    // The calls to an item, at a place on the screen. Nothing happens for an unknown key.
+    //
+    // The usual click. An item that is nothing but a menu gets contextMenu() instead.
+    Q_INVOKABLE void activate(const QString &key, int x, int y);
+    // The click of the middle button.
+    Q_INVOKABLE void secondaryActivate(const QString &key, int x, int y);
+    // The click of the right button: menuRequested() for an item with a menu; another shows what it
+    // has by itself.
+    Q_INVOKABLE void contextMenu(const QString &key, int x, int y);
+    // The mouse wheel: delta as in WheelEvent.angleDelta, orientation "vertical" or "horizontal".
+    Q_INVOKABLE void scroll(const QString &key, int delta,
+                            const QString &orientation = QStringLiteral("vertical"));
+
+Q_SIGNALS:
+    void countChanged();
+    void registeredChanged();
+    void ownerChanged();
+    // The shell is to show menu(key), at the place that the click came with.
+    void menuRequested(const QString &key, int x, int y);
+
+private Q_SLOTS:
+    void _hearItem(const QDBusMessage &signal);
+
+private:
+    void _add(const TrayAddress &address);
+    void _remove(const TrayAddress &address);
+    void _show(TrayItem *item);
+    void _hide(TrayItem *item);
+    TrayItem *_find(const QString &key) const;
+
+    TrayRegistry _registry;
+    QVector<TrayItem *> _items; // All that are registered, and
+    QVector<TrayItem *> _rows;  // those that have a row, in the same order.
+};

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "trayaddress.h"
+#include "traypicture.h"
+
+#include <QHash>
+#include <QObject>
+#include <QTimer>
+#include <QVariant>
+#include <QVector>
+
+class QDBusMessage;
+class QDBusPendingCall;
+class TrayMenu;
+
+// One item of the tray: its values as it told them last, and the calls to it. Nothing waits for it.
+//
+// All values are read in one call, again shortly after the item has said that some have changed, and
+// never by two calls at a time. An item that leaves the call unanswered for three seconds keeps its
+// values and does not respond, until it answers.
+class TrayItem : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Role {
+        KeyRole = Qt::UserRole + 1,
+        ItemIdRole,
+        TitleRole,
+        StatusRole,
+        CategoryRole,
+        IconSourceRole,
+        OverlaySourceRole,
+        LabelRole,
+        ToolTipRole,
+        HasMenuRole,
+        IsMenuRole,
+        RespondsRole,
+    };
+
+    explicit TrayItem(const TrayAddress &address, QObject *parent = nullptr);
+
+    const TrayAddress &address() const { return _address; }
+    // The unique name of its program; empty until it has answered, unless it registered by that.
+    QString owner() const { return _owner; }
+    // Whether there is something to show: it has answered with its values, or does not answer.
+    bool isShown() const { return _shown; }
+    QVariant value(int role) const { return _values.value(role); }
+
+    // The item's menu, read from the first call on; null for an item without one. Belongs to the item.
+    TrayMenu *menu();
+
+    // Reads the values soon, together with what else changes until then.
+    void refresh();
+
+    void activate(int x, int y);
+    void secondaryActivate(int x, int y);
+    void contextMenu(int x, int y);
+    void scroll(int delta, const QString &orientation);
+
+Q_SIGNALS:
+    void shownChanged();
+    void changed(const QVector<int> &roles);
+    void menuRequested(int x, int y);
+
+private:
+    void _read();
+    void _take(const QDBusMessage &answer);
+    void _miss();
+    void _takeValues(const QVariantMap &properties);
+    void _aimMenu();
+    void _set(int role, const QVariant &value);
+    void _announce();
+    void _setShown(bool shown);
+    QDBusPendingCall _call(const QString &method, const QVariantList &arguments);
+
+    const TrayAddress _address;
+    QString _owner;
+    QString _menuPath; // Empty without a menu.
+    TrayMenu *_menu = nullptr;
+    QHash<int, QVariant> _values;
+    QVector<int> _changed;
+    TrayPicture _icon;
+    TrayPicture _overlay;
+    QTimer _pause;    // From the first change to the call,
+    QTimer _patience; // and from there to its answer.
+    bool _shown = false;
+    bool _waiting = false;
+    bool _outdated = false;
+    bool _hasMenuAlone = false;
+};

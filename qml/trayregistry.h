@@ -1,0 +1,63 @@
+#pragma once
+
+#include "trayaddress.h"
+
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QVariantMap>
+#include <QVector>
+
+#include <memory>
+
+class QDBusMessage;
+class TrayWatcher;
+
+// Tells which items there are in the session: what the registry on the bus lists, whoever keeps it.
+// While nobody does, this process does.
+//
+// An item stays from its registration until its bus name loses its owner, or the registry says that
+// it has gone. It stays when the registry leaves or is replaced, with all that programs which
+// register only once would lose otherwise.
+class TrayRegistry : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TrayRegistry(QObject *parent = nullptr);
+    ~TrayRegistry() override;
+
+    // Whether the registry has answered with its items, and so takes this process for a host.
+    bool isRegistered() const { return _registered; }
+    // {name, pid} of the other process that keeps the registry; empty when this one does, or nobody.
+    QVariantMap owner() const { return _ownerProcess; }
+
+Q_SIGNALS:
+    // Again for an item that registers again.
+    void itemRegistered(const TrayAddress &item);
+    void itemUnregistered(const TrayAddress &item);
+    void registeredChanged();
+    void ownerChanged();
+
+private Q_SLOTS:
+    void _hearRegistry(const QDBusMessage &signal);
+
+private:
+    void _follow(const QString &owner);
+    void _keepRegistry();
+    void _register();
+    void _askForProcess();
+    void _add(const TrayAddress &item);
+    void _remove(const TrayAddress &item);
+    void _removeService(const QString &service);
+    void _setRegistered(bool registered);
+    void _setOwnerProcess(const QVariantMap &process);
+
+    const QString _hostName;
+    QVector<TrayAddress> _items;
+    QDBusServiceWatcher _registryOwner;
+    QDBusServiceWatcher _itemOwners;
+    QString _owner; // The unique name of who keeps the registry.
+    QVariantMap _ownerProcess;
+    bool _registered = false;
+    std::unique_ptr<TrayWatcher> _watcher;
+};

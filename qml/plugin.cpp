@@ -1,3 +1,4 @@
+#include "applications.h"
 #include "basedirectories.h"
 #include "iconprovider.h"
 #include "notifications.h"
@@ -41,6 +42,8 @@ public:
         qmlRegisterSingletonType<BaseDirectories>(
                 uri, 1, 1, "BaseDirectories",
                 [](QQmlEngine *, QJSEngine *) -> QObject * { return new BaseDirectories; });
+
+        registerType<Applications>(uri, "Applications");
 
         registerType<xdg::Entry>(uri, "Entry");
         registerType<xdg::DesktopEntries>(uri, "DesktopEntries");

@@ -1,0 +1,164 @@
+#pragma once
+
+#include "application.h"
+
+#include <QAbstractListModel>
+#include <QList>
+#include <QUrl>
+
+class ApplicationList;
+
+/*! \brief The installed applications as a launcher shows them: found, sorted, searched and started.
+
+    The applications are the desktop entries below "applications" in the data directories, by the
+    rules of the Desktop Entry and Base Directory Specifications, as GIO reads them. A file in a more
+    important directory hides those of its id in the others. Entries with Hidden, and those whose
+    program or TryExec isn't there, are no applications. The list is complete after construction and
+    stays right: a file, an override or a folder that comes, changes or goes shows within a second, as
+    rows that are inserted, removed, moved or changed; the model is never reset. Data directories,
+    desktop (XDG_CURRENT_DESKTOP) and language are those that the process began with.
+
+    | Role | Name | Value |
+    | ---- | ---- | ----- |
+    | AppIdRole | appId | id in the sense of the Desktop Entry Specification, without ".desktop": "kde-foo" for kde/foo.desktop |
+    | NameRole, Qt::DisplayRole | name | name in the user's language |
+    | GenericNameRole | genericName | "Web Browser", in the user's language; may be empty |
+    | CommentRole | comment | a sentence in the user's language; may be empty |
+    | KeywordsRole | keywords | list of words in the user's language |
+    | CategoriesRole | categories | list of categories of the Desktop Menu Specification and others |
+    | IconSourceRole | iconSource | URL for an Image; a generic icon for applications without |
+    | TerminalRole | terminal | whether it runs in a terminal |
+    | ActionsRole | actions | list of maps with "id" and "name", for launchAction() |
+    | RunningRole | running | whether a program launched in this process runs |
+    | PidRole | pid | the process id of the newest, 0 if none runs |
+    | PathRole | path | path of the desktop entry |
+
+    The rows are sorted by name as the user's language sorts, without regard to case. In a search,
+    applications with exactly that name come first, then those with all words at the beginning of a
+    word, then those that have a word only within their name. */
+class Applications : public QAbstractListModel
+{
+    Q_OBJECT
+
+    /*! The number of rows. */
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+    /*! What the user has typed: words, in any order, of which each begins a word of name, generic
+        name, keywords or id, or stands anywhere in the name. Neither case nor accents matter, and no
+        character is special. Empty at first: all. */
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
+
+    /*! The category that is shown, any that stands in an entry. Empty at first: all. */
+    Q_PROPERTY(QString category READ category WRITE setCategory NOTIFY categoryChanged)
+
+    /*! Those of the main categories of the Desktop Menu Specification that occur, sorted; whatever
+        \a search and \a category are. */
+    Q_PROPERTY(QStringList categories READ categories NOTIFY categoriesChanged)
+
+    /*! Whether to show what this desktop does not show: NoDisplay, OnlyShowIn, NotShowIn. False at
+        first. */
+    Q_PROPERTY(bool showAll READ showAll WRITE setShowAll NOTIFY showAllChanged)
+
+public:
+    enum Roles {
+        AppIdRole = Qt::UserRole + 1,
+        NameRole,
+        GenericNameRole,
+        CommentRole,
+        KeywordsRole,
+        CategoriesRole,
+        IconSourceRole,
+        TerminalRole,
+        ActionsRole,
+        RunningRole,
+        PidRole,
+        PathRole
+    };
+
+    /*! Reads the applications, unless another model of the process has done so. */
+    explicit Applications(QObject *parent = nullptr);
+    ~Applications() override;
+
+    int count() const { return _rows.size(); }
+
+    QString search() const { return _search; }
+    void setSearch(const QString &search);
+
+    QString category() const { return _category; }
+    void setCategory(const QString &category);
+
+    QStringList categories() const { return _categories; }
+
+    bool showAll() const { return _showAll; }
+    void setShowAll(bool showAll);
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /*! All roles of a row by their names; empty for a row that isn't there. */
+    Q_INVOKABLE QVariantMap get(int row) const;
+
+    /*! Starts an application, shown or not, with \a urls (or absolute paths) to open.
+
+        The program is a child of this process, with its environment and its output; it goes on when
+        this process ends. One with Terminal gets a terminal: xdg-terminal-exec, x-terminal-emulator,
+        or one that GIO knows. One with DBusActivatable is started by the session bus, and runs as
+        long as the process that owns its name then. A program that hands over to another process and
+        ends does no longer count as running. An application that runs is started once more.
+
+        What goes wrong is told by failed(), which may come before this returns. */
+    Q_INVOKABLE void launch(const QString &appId, const QList<QUrl> &urls = {});
+
+    /*! Starts an action of the application, by its id in the role "actions"; otherwise like
+        launch(). */
+    Q_INVOKABLE void launchAction(const QString &appId, const QString &action);
+
+    /*! Sends SIGTERM to all programs of the application that were launched in this process. Their
+        end is no failure. */
+    Q_INVOKABLE void stop(const QString &appId);
+
+Q_SIGNALS:
+    void countChanged();
+    void searchChanged();
+    void categoryChanged();
+    void categoriesChanged();
+    void showAllChanged();
+
+    /*! The application can't be launched, or its program ended with an error within two seconds.
+        The message says why, in the words of GIO or of the bus. */
+    void failed(const QString &appId, const QString &message);
+
+private:
+    using Rows = QVector<ApplicationPointer>;
+
+    QVariant _value(const Application &application, int role) const;
+    QVector<int> _differences(const Application &one, const Application &other) const;
+
+    void _listChanged();
+    void _updateCategories();
+
+    Rows _wanted() const;
+    void _show();
+    void _removeAllBut(const Rows &wanted);
+    void _reorder(const Rows &wanted);
+    void _insert(const Rows &wanted);
+    void _update(const Rows &wanted);
+
+    ApplicationPointer _find(const QString &appId) const;
+    void _start(const QString &appId, const QString &action, const QList<QUrl> &urls);
+    void _startByBus(const ApplicationPointer &application, const QString &action,
+                     const QList<QUrl> &urls);
+    void _askForPid(const ApplicationPointer &application);
+    void _follow(const QString &appId, qint64 pid);
+    void _programsChanged(const QString &appId);
+
+    QString _search;
+    QStringList _words;
+    QString _category;
+    QStringList _categories;
+    bool _showAll = false;
+
+    const QSharedPointer<ApplicationList> _list;
+    Rows _rows;
+};

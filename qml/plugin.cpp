@@ -43,7 +43,6 @@ public:
                 uri, 1, 1, "BaseDirectories",
                 [](QQmlEngine *, QJSEngine *) -> QObject * { return new BaseDirectories; });
 
-        registerType<Applications>(uri, "Applications");
 
         registerType<xdg::Entry>(uri, "Entry");
         registerType<xdg::DesktopEntries>(uri, "DesktopEntries");
@@ -51,13 +50,16 @@ public:
         registerType<xdg::AutoStart>(uri, "AutoStart");
 
         registerType<xdg::NotificationManager>(uri, "NotificationManager");
-        registerType<Notifications>(uri, "Notifications");
         registerType<xdg::NotificationActions>(uri, "NotificationActions");
         registerType<XdgNotifier>(uri, "Notifier");
 
         registerType<xdg::StatusNotifierWatcher>(uri, "StatusNotifierWatcher");
         registerType<xdg::StatusNotifierItem>(uri, "StatusNotifierItem");
         registerType<xdg::StatusNotifierHost>(uri, "StatusNotifierHost");
+
+        // For shells.
+        registerType<Applications>(uri, "Applications");
+        registerType<Notifications>(uri, "Notifications");
         registerType<Tray>(uri, "Tray");
         registerType<TrayMenu>(uri, "TrayMenu");
 

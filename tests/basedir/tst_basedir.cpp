@@ -7,7 +7,7 @@ class TestBaseDir : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void homeDirectory()
+    void homeIsThatOfTheUserWithoutAVariable()
     {
         qunsetenv("XDG_CONFIG_HOME");
         const auto configHome = [](const char *home, const char *user) {

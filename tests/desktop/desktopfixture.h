@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTest>
+#include "patience.h"
 
 // Data directories for one test, which the environment points to, and those of the configuration in
 // their folders "etc": home comes first in the search for an application id, then one, then two.

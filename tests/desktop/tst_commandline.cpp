@@ -1,15 +1,14 @@
 #include <quorvane/desktop/commandline_p.h>
 
 #include "messages.h"
-
-#include <QtTest>
+#include "patience.h"
 
 class TestCommandLine : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void splits()
+    void wordsEndAtBlanksOutsideOfQuotes()
     {
         const auto check = [](const char *text, const QStringList &tokens) {
             QCOMPARE(xdg::splitCommandLine(QString::fromUtf8(text)), tokens);
@@ -27,7 +26,7 @@ private Q_SLOTS:
         check("ü\\ä 'ß €'", { "üä", "ß €" });
     }
 
-    void expands()
+    void fieldCodesBecomeArguments()
     {
         const auto expand = [](const char *tokens, const QStringList &args = { "1", "2" }) {
             return xdg::expandFieldCodes(QString(tokens).split(' '), args).join(' ');

@@ -50,10 +50,29 @@ private Q_SLOTS:
         QCOMPARE(model.appIdData("org.x", "Desktop Entry/Exec"), "x %U");
         QVERIFY(model.appIdData("none", "Desktop Entry/Exec").isNull());
 
-        QTest::ignoreMessage(QtWarningMsg, "Not managed role 268");
-        QVERIFY(!model.at(0, 268).isValid());
         for (int row : { -1, 1, 2, INT_MAX })
             QVERIFY(!model.at(row, DesktopEntries::NameRole).isValid());
+        // The role is looked at for the row behind the last one too, and for none further on.
+        Messages messages;
+        for (int row : { 0, 1, 2 })
+            QVERIFY(!model.at(row, 268).isValid());
+        const QString warning = "default warning: Not managed role 268";
+        QCOMPARE(messages.take(), QStringList({ warning, warning }));
+    }
+
+    void pathsAreFoundAsAWholeOrByTheirBeginning()
+    {
+        const QString path = _fixture->app("a");
+        _fixture->app("b");
+        DesktopEntries model;
+        bool contains = true;
+        QStringList found;
+        QMetaObject::invokeMethod(&model, "_contains", Q_RETURN_ARG(bool, contains),
+                                  Q_ARG(QString, path.chopped(1)));
+        QMetaObject::invokeMethod(&model, "_getEntriesFrom", Q_RETURN_ARG(QStringList, found),
+                                  Q_ARG(QString, path.chopped(1)));
+        QVERIFY(!contains);
+        QCOMPARE(found, QStringList(path));
     }
 
     void rowSignalsFollowTheProtocol()
@@ -120,17 +139,19 @@ private Q_SLOTS:
         held = false;
         QCOMPARE(*sent, Signals({ { 4711, SIGTERM } }));
 
-        // An entry without a program has the number 0, and is told to stop.
-        _fixture->app("a", { "[Desktop Action Stop]", "Exec=" + _fixture->childCommand("stop") });
+        // Entries without a program have the number 0, and the first of them is told to stop.
+        for (const QString name : { "a", "b" })
+            _fixture->app(name, { "[Desktop Action Stop]", "Exec=" + _fixture->childCommand(name) });
         const QString path
-                = _fixture->app("b", { "Exec=" + _fixture->childCommand("report", "%u") });
+                = _fixture->app("c", { "Exec=" + _fixture->childCommand("report", "%u") });
         DesktopEntries model;
         model.start(path, { "x" });
         QCOMPARE(_fixture->report("report"), QStringList("x"));
         model.stop("0");
-        QCOMPARE(_fixture->report("stop"), QStringList());
+        QCOMPARE(model.index(1).data(262), QVariant(" stopped"));
+        QCOMPARE(_fixture->report("a"), QStringList());
         model.stop(path);
-        QTRY_COMPARE(model.index(1).data(262).toString(), QStringLiteral(" stopped"));
+        QTRY_COMPARE(model.index(2).data(262), QVariant(" stopped"));
     }
 };
 

@@ -52,6 +52,8 @@ private Q_SLOTS:
             entry.data(QString("Desktop Entry/") + name);
         _write({ "Exec=e", "Name=new", "Late=l", "Comment=changed", "Keywords=k" });
         QCOMPARE(entry.data("Desktop Entry/Name"), "n");
+        Entry(entry.path()); // Reads the file anew for all of its readers.
+        QCOMPARE(entry.data("Desktop Entry/Name"), "new");
         QTRY_COMPARE(_changes, QStringList({ "Icon=", "Late=l", "Name=new" }));
         _write({ "Exec=e", "Name=n", "Late=l" });
         QTRY_COMPARE(_changes.mid(3), QStringList("Name=n"));

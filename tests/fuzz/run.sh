@@ -33,10 +33,11 @@ mkdir -p "$build/found"
 find "$build/found" -maxdepth 1 -type f -delete
 fuzz fuzz_entry &
 fuzz fuzz_commandline
+fuzz fuzz_notify
 wait
 
 failed=0
-for target in fuzz_commandline fuzz_entry; do
+for target in fuzz_commandline fuzz_entry fuzz_notify; do
     report "$target" || failed=1
 done
 [ "$failed" -eq 0 ] || echo "logs and inputs: $build/found"

@@ -55,7 +55,9 @@ until_true grep 'Please check' "$work/alone"
 start manager "$service"
 until_true manages nbNotifications
 start monitor gdbus monitor --session --dest org.freedesktop.Notifications
-until_true grep owned "$work/monitor"
+# It says that it monitors a moment before it does.
+listens() { posts CloseNotification 0 && grep 'uint32 0' "$work/monitor"; }
+until_true listens
 expect 'server information' "$(posts GetServerInformation)" "('', 'ZOVAR', '1.0.0', '1.2')"
 expect capabilities "$(posts GetCapabilities)" '(@as \[\],)'
 
@@ -79,7 +81,7 @@ expect 'what the peer heard' "$(cat "$work/peer")" no
 # Every call that the guide shows.
 grep '^gdbus call' "$guide" | while read -r line; do sh -c "$line" >/dev/null; done
 until_true grep 'uint32 7' "$work/monitor"
-expect 'what a monitor saw' "$(sed -n 's/.*Notifications\.\([AN]\)/\1/p' "$work/monitor" | tr '\n' ' ')" \
+expect 'what a monitor saw' "$(sed -n '/uint32 0/d; s/.*Notifications\.\([AN]\)/\1/p' "$work/monitor" | tr '\n' ' ')" \
     "NotificationClosed (uint32 2, uint32 1) NotificationClosed (uint32 3, uint32 3) \
 ActionInvoked (uint32 4, 'no') NotificationClosed (uint32 4, uint32 2) \
 NotificationClosed (uint32 4, uint32 3) NotificationClosed (uint32 4, uint32 3) \
@@ -170,13 +172,15 @@ start display Xvfb -displayfd 1 -screen 0 640x480x24 -nolisten tcp
 until_true grep -x "[0-9][0-9]*" "$work/display"
 DISPLAY=:$(grep -x "[0-9][0-9]*" "$work/display")
 export DISPLAY
-start dunst dunst -config /dev/null
+printf '[urgency_normal]\ntimeout = 0\n' >"$work/dunstrc"
+start dunst dunst -config "$work/dunstrc"
 until_true posts GetCapabilities
 start posted dbus-monitor --session "member='Notify'"
 until_true grep NameLost "$work/posted"
 start chosen "$notifier" Title Body open Open
 chosen_pid=${pids##* }
 until_true sh -c "dunstctl action; grep -q '^action: open' '$work/chosen'"
+until_true grep 'int32 -1' "$work/posted"
 dunstctl close
 wait "$chosen_pid"
 expect 'end of a dismissed one' "$(tail -n 1 "$work/chosen")" 'The notification was dismissed by the user.'

@@ -4,9 +4,8 @@
 #include <quorvane/notifications/notificationserver.h>
 
 #include "messages.h"
+#include "patience.h"
 #include "signallog.h"
-
-#include <QtTest>
 
 using namespace xdg;
 
@@ -44,6 +43,9 @@ private Q_SLOTS:
     {
         NotificationMessage message("a", "i", "s", "b", { "k" }, { { "h", "1" } }, 0);
         SignalLog log({ &message });
+        connect(&message, &NotificationMessage::summaryChanged, this,
+                [&](const QString &summary) { QCOMPARE(message.summary(), summary); });
+        // The seven values of an update in their order, of the actions and hints one each.
         const auto update = [&](const QString &values) {
             const QStringList v = values.split(' ');
             message.update(v[0], v[1], v[2], v[3], { v[4] }, { { "h", v[5] } }, v[6].toInt());
@@ -76,7 +78,7 @@ private Q_SLOTS:
         QCOMPARE(expiriesWithinShort({ 1, 1, 2 }), 3);
     }
 
-    void rowsAreReportedByTheNumberNamedAtFirst()
+    void changesAreReportedForTheNumberNamedAtFirst()
     {
         NotificationManager manager;
         QCOMPARE(post(&manager, 1, "old"), 1u);
@@ -161,6 +163,8 @@ private Q_SLOTS:
         QCOMPARE(set({ "a", "A", "b", "B" }), reset + " 2");
         const QModelIndex stale = actions.index(1);
         QCOMPARE(rowData(stale), QString("0 display=B, 257 key=b, 258 actionText=B"));
+        QCOMPARE(set({ "c", "C" }), reset + " 1");
+        QCOMPARE(rowData(stale), QString("0 display=, 257 key=, 258 actionText="));
         QCOMPARE(set({}), reset + " 0");
         QCOMPARE(rowData(stale), QString());
     }

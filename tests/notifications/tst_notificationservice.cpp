@@ -1,8 +1,9 @@
 #include <quorvane/notifications/notificationsinterface.h>
 #include <quorvane/notifications/notifier.h>
 
+#include "patience.h"
+
 #include <QtDBus>
-#include <QtTest>
 
 // The service is another process. This one is its peer, of which nothing good is expected.
 class TestNotificationService : public QObject

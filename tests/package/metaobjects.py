@@ -1,28 +1,23 @@
 #!/usr/bin/env python3
-"""Compares what the classes declare to Qt's meta-object system with the list of this version.
+"""Prints what the classes of headers declare to Qt's meta-object system, in declared order.
 
-usage: metaobjects.py MOC LIST HEADER...
+usage: metaobjects.py MOC HEADER...
 """
 
-import difflib
 import json
 import pathlib
 import subprocess
 import sys
 import tempfile
 
-moc, known, *headers = sys.argv[1:]
-lines = []
+moc, *headers = sys.argv[1:]
 with tempfile.TemporaryDirectory() as folder:
+    output = pathlib.Path(folder, "moc")
     for header in headers:
-        output = pathlib.Path(folder, pathlib.Path(header).stem)
         subprocess.run([moc, "--no-notes", "--output-json", "-o", output, header], check=True)
-    files = sorted(pathlib.Path(folder).glob("*.json"))
-    for part in json.loads(subprocess.check_output([moc, "--collect-json", *files])):
-        for described in part["classes"]:
-            lines.append(described["qualifiedClassName"])
+        text = output.with_suffix(".json").read_text()  # Empty if the header has no such class.
+        for described in json.loads(text)["classes"] if text else ():
+            print(described["qualifiedClassName"])
             for kind in ("properties", "signals", "slots"):
-                lines += ["  " + json.dumps(item, sort_keys=True) for item in described.get(kind, [])]
-changes = list(difflib.unified_diff(pathlib.Path(known).read_text().splitlines(), lines, lineterm=""))
-print("\n".join(changes))
-sys.exit(bool(changes))
+                for item in described.get(kind, []):
+                    print(" ", json.dumps(item, sort_keys=True))

@@ -1,8 +1,9 @@
 #include <quorvane/notifications/notificationmanager.h>
 
+#include "patience.h"
+
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QtTest>
 
 #include <memory>
 

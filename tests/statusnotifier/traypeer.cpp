@@ -46,6 +46,9 @@ static QObject *makePeer(const QString &role)
         QDBusConnection::sessionBus().registerObject("/StatusNotifierItem", new OddItem,
                                                      QDBusConnection::ExportAllProperties);
     auto *item = new StatusNotifierItem(qApp);
+    // Hosts are not told of this icon by the item itself.
+    QObject::connect(item, &StatusNotifierItem::AttentionIconNameChanged, item,
+                     &StatusNotifierItem::NewAttentionIcon);
     const auto print = [](const char *kind) {
         return [kind](uint x, uint y) { QTextStream(stdout) << kind << x << ' ' << y << '\n'; };
     };

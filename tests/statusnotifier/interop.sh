@@ -95,7 +95,8 @@ registers word
 registers org.quorvane.Übung-1
 registers "org.example.form',type='signal"
 registers "$(printf 'a.%0100000d' 0)"
-expect 'rows of the host' "$(grep -o '[^|]*|mail|' "$work/host" | wc -l)" 2 # Under both its names.
+both() { [ "$(grep -o '[^|]*|mail|' "$work/host" | wc -l)" -eq 2 ]; }
+until_true both # Rows, one for each name of the item.
 "$traypeer" item Übung </dev/null >/dev/null 2>&1
 
 members() { # NAME INTERFACE

@@ -99,18 +99,15 @@ void StatusNotifierHostPrivate::addItem(const QString &id)
 
 void StatusNotifierHostPrivate::removeItem(const QString &id)
 {
-    // For an unknown item the row is -1, and is announced like any other.
-    const int row = _rowOrder.indexOf(id);
-    // A watcher that repeats itself leaves rows behind the last one that is counted. Qt's proxy
-    // models write behind their ends when they hear that such a row goes.
-    const bool counted = row < q->rowCount();
-    if (counted)
-        q->beginRemoveRows(QModelIndex(), row, row);
+    // For an unknown item the row is -1, and is announced like any other. An item that was entered
+    // twice leaves rows behind the last one that is counted: a proxy model drops a row that equals
+    // the count, and writes behind its end for a larger one.
+    const int row = qMin(_rowOrder.indexOf(id), q->rowCount());
+    q->beginRemoveRows(QModelIndex(), row, row);
     _rowOrder.removeAll(id);
     if (ItemProxy *item = _items.take(id))
         item->deleteLater();
-    if (counted)
-        q->endRemoveRows();
+    q->endRemoveRows();
 }
 
 ItemProxy *StatusNotifierHostPrivate::itemInRow(int row) const

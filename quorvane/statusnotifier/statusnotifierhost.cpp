@@ -1,7 +1,6 @@
 #include <quorvane/statusnotifier/statusnotifierhost.h>
 
 #include <quorvane/basedir/logging.h>
-#include <quorvane/statusnotifier/busname_p.h>
 #include <quorvane/statusnotifier/statusnotifieriteminterface.h>
 #include <quorvane/statusnotifier/statusnotifierwatcherinterface.h>
 
@@ -45,6 +44,14 @@ const char *propertyOfRole(int role)
     return nullptr;
 }
 
+// Names come from strangers. Qt takes one without a dot for a bus name, and libdbus ends the process
+// over a call to it; "/" is no name either, but one that Qt refuses to call.
+QString callable(const QString &service)
+{
+    const bool bare = !service.isEmpty() && !service.contains(QLatin1Char('.'));
+    return bare ? QStringLiteral("/") : service;
+}
+
 } // namespace
 
 namespace xdg {
@@ -82,9 +89,8 @@ void StatusNotifierHostPrivate::addItem(const QString &id)
 {
     const QString service
             = id.split(QLatin1Char('/'), Qt::KeepEmptyParts, Qt::CaseSensitive).first();
-    // "/" is no name either, but one that Qt refuses to call.
-    auto *item = new ItemProxy(isBusName(service) ? service : QStringLiteral("/"),
-                               QStringLiteral("/StatusNotifierItem"), _connection, q);
+    auto *item = new ItemProxy(callable(service), QStringLiteral("/StatusNotifierItem"),
+                               _connection, q);
     const int row = _rowOrder.size();
     q->beginInsertRows(QModelIndex(), row, row);
     _rowOrder.append(id);

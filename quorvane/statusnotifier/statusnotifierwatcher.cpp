@@ -1,7 +1,6 @@
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
 #include <quorvane/basedir/logging.h>
-#include <quorvane/statusnotifier/busname_p.h>
 #include <quorvane/statusnotifier/statusnotifieriteminterface.h>
 #include <quorvane/statusnotifier/statusnotifierwatcheradaptor.h>
 
@@ -9,6 +8,8 @@
 #include <QDBusConnectionInterface>
 #include <QDBusServiceWatcher>
 #include <QDebug>
+
+#include <algorithm>
 
 namespace {
 
@@ -23,16 +24,13 @@ bool isOnBus(const QString &service)
     return bus && bus->isServiceRegistered(service).value();
 }
 
-bool isItemValid(const QString &service)
-{
-    const OrgKdeStatusNotifierItemInterface item(service, itemPath(), QDBusConnection::sessionBus());
-    return item.isValid();
-}
-
-// What is no bus name never has an owner to lose, and its match rule could end the process.
+// Names come from strangers. Qt writes the match rule in Latin-1, and over one with a letter outside
+// ASCII libdbus ends the process. Such a name never has an owner to lose.
 void watch(QDBusServiceWatcher *watcher, const QString &service)
 {
-    if (xdg::isBusName(service))
+    constexpr ushort lastOfAscii = 0x7f;
+    const auto isAscii = [](QChar c) { return c.unicode() <= lastOfAscii; };
+    if (std::all_of(service.cbegin(), service.cend(), isAscii))
         watcher->addWatchedService(service);
 }
 
@@ -104,7 +102,12 @@ void StatusNotifierWatcher::RegisterStatusNotifierItem(const QString &service)
 
     // Watched first, so that a name which vanishes while the bus is asked is not missed.
     watch(_serviceWatcher, service);
-    if (!isOnBus(service) || !isItemValid(service)) {
+    if (!isOnBus(service)) {
+        _serviceWatcher->removeWatchedService(service);
+        return;
+    }
+    const OrgKdeStatusNotifierItemInterface item(service, itemPath(), QDBusConnection::sessionBus());
+    if (!item.isValid()) {
         _serviceWatcher->removeWatchedService(service);
         return;
     }
@@ -127,6 +130,8 @@ void StatusNotifierWatcher::_serviceUnregistered(const QString &name)
 {
     qCDebug(SYSTEM_TRAY) << "Service " << name << "unregistered (ITEMS:" << _registeredItems
                          << " HOSTS:" << _hostServices << ")";
+    if (!_serviceWatcher)
+        return;
     _serviceWatcher->removeWatchedService(name);
 
     // A host is listed without a path, so its plain name never has this prefix: it stays listed,

@@ -123,6 +123,7 @@ private Q_SLOTS:
         QVERIFY(_peer.unregisterService(watcherName));
         watcher.RegisterStatusNotifierItem(_peer.baseService());
         watcher.RegisterStatusNotifierHost("host");
+        QVERIFY(QMetaObject::invokeMethod(&watcher, "_serviceUnregistered", Q_ARG(QString, "a")));
         QVERIFY(watcher.RegisteredStatusNotifierItems().isEmpty());
         QVERIFY(!watcher.IsStatusNotifierHostRegistered());
     }
@@ -152,8 +153,15 @@ private Q_SLOTS:
         QVERIFY(watcher.IsStatusNotifierHostRegistered());
         QCOMPARE(left, QStringList({ "org.a/StatusNotifierItem", "org.ab/StatusNotifierItem" }));
         QCOMPARE(watcher.RegisteredStatusNotifierItems().size(), 51);
-        QCOMPARE(watcher.findChild<QDBusServiceWatcher *>()->watchedServices().size(), 51);
+        QCOMPARE(watcher.findChild<QDBusServiceWatcher *>()->watchedServices().size(), 53);
         QCOMPARE(hostLeft.size(), 2);
+
+        // A name with a star stands for all that begin like it.
+        for (const char *host : { "org.c*", "org.c.d/Panel", "org.c.d/Übung" })
+            watcher.RegisterStatusNotifierHost(host);
+        _peer.registerService("org.c.d");
+        _peer.unregisterService("org.c.d");
+        QTRY_COMPARE(hostLeft.size(), 4);
     }
 
     void rowsFollowTheItems()
@@ -239,6 +247,10 @@ private Q_SLOTS:
                                 ":", ":1.999/x", "org.x'", "form",    QString(100000, 'a') };
         _send(watcherPath, "StatusNotifierItemRegistered", ids);
         QTRY_COMPARE(rows(host).count("||||0|||||"), 9); // One of them came twice.
+        // Whoever says so, the rows without a service have a new title.
+        QSignalSpy changes(&host, &StatusNotifierHost::dataChanged);
+        _send("/StatusNotifierItem", "NewTitle", { QString() });
+        QTRY_COMPARE(changes.size(), 2);
         host.activate(0, 0, "", 0);
         QVERIFY(!host.data(host.index(0), 266).isValid());
         const QModelIndexList stale { host.index(0), host.index(1), QModelIndex() };

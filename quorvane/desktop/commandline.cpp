@@ -6,30 +6,17 @@
 
 namespace {
 
-bool isDroppedCode(const QString &token)
+// Whether the token is a percent sign and one of the letters.
+bool isCode(const QString &token, QLatin1String letters)
 {
-    static const QStringList codes {
-        QStringLiteral("%d"), QStringLiteral("%D"), QStringLiteral("%n"), QStringLiteral("%N"),
-        QStringLiteral("%v"), QStringLiteral("%m"), QStringLiteral("%F"), QStringLiteral("%U"),
-    };
-    return codes.contains(token);
-}
-
-bool isFileCode(const QString &token)
-{
-    return token == QLatin1String("%f") || token == QLatin1String("%u");
-}
-
-bool isUnsupportedCode(const QString &token)
-{
-    return token == QLatin1String("%i") || token == QLatin1String("%c");
+    return token.size() == 2 && token.at(0) == QLatin1Char('%') && letters.contains(token.at(1));
 }
 
 } // namespace
 
 namespace xdg {
 
-QStringList splitCommandLine(const QString &text)
+QStringList splitCommandLine(QString text)
 {
     constexpr char noQuote = '\0';
 
@@ -79,12 +66,12 @@ QStringList expandFieldCodes(const QStringList &tokens, const QStringList &args)
 {
     QStringList expanded;
     for (const QString &token : tokens) {
-        if (isFileCode(token)) {
+        if (isCode(token, QLatin1String("fu"))) {
             expanded += args.mid(0, 1);
-        } else if (isUnsupportedCode(token)) {
+        } else if (isCode(token, QLatin1String("ic"))) {
             qWarning() << "XdgEntry: %i and %c are not supported (found in "
                        << tokens.join(QLatin1Char(' ')) << ")";
-        } else if (!isDroppedCode(token)) {
+        } else if (!isCode(token, QLatin1String("dDnNvmFU"))) {
             expanded += token;
         }
     }

@@ -11,7 +11,7 @@ namespace xdg {
 // byte literal, inside quotes it does so only before a backslash or the quote that is open. A quote
 // left open at the end is accepted. An empty pair of quotes makes a token of its own at the
 // beginning of a word and nothing at the end of one.
-QStringList splitCommandLine(const QString &text);
+QStringList splitCommandLine(QString text);
 
 // Puts args in the place of the field codes among the tokens behind the program.
 //

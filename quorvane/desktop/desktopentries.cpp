@@ -9,18 +9,30 @@
 #include <QDebug>
 
 namespace {
+struct RoleOfKey
+{
+    QString (*key)();
+    int role;
+};
+
+constexpr RoleOfKey rolesOfKeys[] = {
+    { xdg::keys::icon, xdg::DesktopEntries::IconRole },
+    { xdg::keys::name, xdg::DesktopEntries::NameRole },
+    { xdg::keys::exec, xdg::DesktopEntries::ExecRole },
+    { xdg::keys::categories, xdg::DesktopEntries::CategoryRole },
+    { xdg::keys::keywords, xdg::DesktopEntries::KeywordsRole },
+    { xdg::keys::noDisplay, xdg::DesktopEntries::NoDisplayRole },
+};
+
+// -1 for a key that no role shows.
 
 int roleOf(const QString &key)
 {
-    static const QHash<QString, int> roles {
-        { xdg::keys::icon(), xdg::DesktopEntries::IconRole },
-        { xdg::keys::name(), xdg::DesktopEntries::NameRole },
-        { xdg::keys::exec(), xdg::DesktopEntries::ExecRole },
-        { xdg::keys::categories(), xdg::DesktopEntries::CategoryRole },
-        { xdg::keys::keywords(), xdg::DesktopEntries::KeywordsRole },
-        { xdg::keys::noDisplay(), xdg::DesktopEntries::NoDisplayRole },
-    };
-    return roles.value(key, -1);
+    for (const RoleOfKey &candidate : rolesOfKeys) {
+        if (candidate.key() == key)
+            return candidate.role;
+    }
+    return -1;
 }
 
 } // namespace

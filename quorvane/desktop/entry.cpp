@@ -24,21 +24,39 @@ QByteArray environmentBytes()
     return bytes;
 }
 
+QProcessEnvironment makeChildEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland-egl"));
+    environment.remove(QStringLiteral("QT_IM_MODULE"));
+    return environment;
+}
+
+// What the environment was when it was last copied, and the copy.
+struct SharedEnvironment
+{
+    ~SharedEnvironment() { isGone = true; }
+
+    QByteArray taken;
+    QProcessEnvironment copy;
+    static inline thread_local bool isGone = false;
+};
+
 // The entries of a registry are made in one go, while the environment stays as it is: they share
-// one copy, which saves a fourth of their memory.
+// one copy, which saves a fourth of their memory. The copy ends with its thread, which at the exit
+// of the program is ahead of the static objects, whose destructors may still make an entry.
 QProcessEnvironment childEnvironment()
 {
-    thread_local QByteArray taken;
-    thread_local QProcessEnvironment environment;
+    if (SharedEnvironment::isGone)
+        return makeChildEnvironment();
 
+    thread_local SharedEnvironment shared;
     const QByteArray current = environmentBytes();
-    if (environment.isEmpty() || current != taken) {
-        taken = current;
-        environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("wayland-egl"));
-        environment.remove(QStringLiteral("QT_IM_MODULE"));
+    if (shared.copy.isEmpty() || current != shared.taken) {
+        shared.taken = current;
+        shared.copy = makeChildEnvironment();
     }
-    return environment;
+    return shared.copy;
 }
 
 QString applicationFile(const QString &dataDir, const QString &appId)

@@ -7,6 +7,12 @@
 
 using xdg::Entry;
 
+// Made before any entry, and so destroyed after what the entries share.
+struct AtExit
+{
+    ~AtExit() { Entry().start({}); }
+} atExit;
+
 class TestEntry : public QObject
 {
     Q_OBJECT

@@ -25,7 +25,7 @@ AutoStart::AutoStart(QObject *parent)
 
 AutoStart::~AutoStart() = default;
 
-void AutoStart::start(const QString &key, const QString &value)
+void AutoStart::start(QString key, QString value)
 {
     qCDebug(AUTO_START) << "Start " << key << value;
     // Null, not empty: an empty text is something to compare with.

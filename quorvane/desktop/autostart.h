@@ -35,7 +35,7 @@ public Q_SLOTS:
         A null key or a null value starts every entry. An empty value that is not null starts the
         entries that have the key empty or do not have it; from QML an empty string is never
         null. */
-    void start(const QString &key = QString(), const QString &value = QString());
+    void start(QString key = QString(), QString value = QString());
 
 private:
     Entries _entries;

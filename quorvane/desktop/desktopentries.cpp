@@ -1,7 +1,6 @@
 #include <quorvane/desktop/desktopentries.h>
 
 #include <quorvane/basedir/basedir.h>
-#include <quorvane/desktop/entry.h>
 #include <quorvane/desktop/entrykeys_p.h>
 #include <quorvane/desktop/process_p.h>
 #include <quorvane/desktop/scan_p.h>
@@ -9,6 +8,7 @@
 #include <QDebug>
 
 namespace {
+
 struct RoleOfKey
 {
     QString (*key)();
@@ -25,7 +25,6 @@ constexpr RoleOfKey rolesOfKeys[] = {
 };
 
 // -1 for a key that no role shows.
-
 int roleOf(const QString &key)
 {
     for (const RoleOfKey &candidate : rolesOfKeys) {
@@ -145,14 +144,14 @@ QHash<int, QByteArray> DesktopEntries::roleNames() const
     return names;
 }
 
-bool DesktopEntries::_contains(const QString &path)
+bool DesktopEntries::_contains(QString path)
 {
     const QList<Entry *> entries = _entries.getEntries();
     return std::any_of(entries.cbegin(), entries.cend(),
                        [&path](const Entry *entry) { return entry->path() == path; });
 }
 
-QStringList DesktopEntries::_getEntriesFrom(const QString &path)
+QStringList DesktopEntries::_getEntriesFrom(QString path)
 {
     QStringList paths;
     const QList<Entry *> entries = _entries.getEntries();
@@ -163,7 +162,7 @@ QStringList DesktopEntries::_getEntriesFrom(const QString &path)
     return paths;
 }
 
-void DesktopEntries::_dataChanged(const QString &appid, const QString &item, const QString &value)
+void DesktopEntries::_dataChanged(QString appid, QString item, QString value)
 {
     Q_UNUSED(value)
     if (item == keys::categories())
@@ -173,14 +172,17 @@ void DesktopEntries::_dataChanged(const QString &appid, const QString &item, con
         qWarning() << "XdgEntries::_dataChanged: Unknwon role " << item;
         return;
     }
-    const QList<Entry *> entries = _entries.getEntries();
+    QList<Entry *> entries = _entries.getEntries();
     for (int row = 0; row < entries.size(); ++row) {
-        if (entries.at(row)->appId() == appid)
-            Q_EMIT dataChanged(index(row, 0), index(row, 0), { role });
+        if (entries.at(row)->appId() != appid)
+            continue;
+        Q_EMIT dataChanged(index(row, 0), index(row, 0), { role });
+        // The walk goes on over the rows as they are when the listeners have done what they do.
+        entries = _entries.getEntries();
     }
 }
 
-void DesktopEntries::start(const QString &path, const QStringList &args)
+void DesktopEntries::start(QString path, const QStringList &args)
 {
     const QList<Entry *> entries = _entries.getEntries();
     for (Entry *entry : entries) {
@@ -189,7 +191,7 @@ void DesktopEntries::start(const QString &path, const QStringList &args)
     }
 }
 
-void DesktopEntries::stop(const QString &path, const QStringList &args)
+void DesktopEntries::stop(QString path, const QStringList &args)
 {
     bool ok = false;
     const int pid = path.toInt(&ok, 10);
@@ -204,7 +206,7 @@ void DesktopEntries::stop(const QString &path, const QStringList &args)
         terminateProcess(pid);
 }
 
-QString DesktopEntries::appIdData(const QString &appid, const QString &key)
+QString DesktopEntries::appIdData(QString appid, QString key)
 {
     const QList<Entry *> entries = _entries.getEntries();
     for (const Entry *entry : entries) {

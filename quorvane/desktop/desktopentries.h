@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quorvane/desktop/entries.h>
+#include <quorvane/desktop/entry.h>
 #include <quorvane/quorvane_export.h>
 
 #include <QAbstractListModel>
@@ -87,26 +88,26 @@ Q_SIGNALS:
 
     /*! Comes after each insertion and removal of a row, and ahead of dataChanged() when the
         categories of an entry changed. */
-    void categoriesChanged(const QStringList &categories);
+    void categoriesChanged(QStringList categories);
 
 private Q_SLOTS:
-    bool _contains(const QString &path);
-    QStringList _getEntriesFrom(const QString &path = QLatin1String(""));
-    void _dataChanged(const QString &appid, const QString &item, const QString &value);
+    bool _contains(QString path);
+    QStringList _getEntriesFrom(QString path = QLatin1String(""));
+    void _dataChanged(QString appid, QString item, QString value);
 
 public Q_SLOTS:
     /*! Calls Entry::start() on the entry with exactly this \a path. An unknown path does
         nothing. */
-    void start(const QString &path, const QStringList &args = QStringList());
+    void start(QString path, const QStringList &args = QStringList());
 
     /*! Calls Entry::stop() on the first entry that has this \a path, or whose process id is the
         number that \a path is the text of. If there is none and \a path is a number greater than
         0, that process gets a SIGTERM, whoever started it. */
-    void stop(const QString &path, const QStringList &args = QStringList());
+    void stop(QString path, const QStringList &args = QStringList());
 
     /*! The value of \a key, such as "Desktop Entry/Name", of the entry with the application id
         \a appid; null if there is none. */
-    QString appIdData(const QString &appid, const QString &key);
+    QString appIdData(QString appid, QString key);
 
 private:
     Entries _entries;

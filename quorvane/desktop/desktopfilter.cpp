@@ -1,7 +1,5 @@
 #include <quorvane/desktop/desktopfilter.h>
 
-#include <quorvane/desktop/desktopentries.h>
-#include <quorvane/desktop/entry.h>
 #include <quorvane/desktop/entrykeys_p.h>
 
 #include <QDebug>
@@ -104,7 +102,7 @@ void DesktopFilter::setModel(QObject *model)
     Q_EMIT modelChanged(_model);
 }
 
-void DesktopFilter::setCategory(const QString &category)
+void DesktopFilter::setCategory(QString category)
 {
     if (_category == category)
         return;
@@ -113,7 +111,7 @@ void DesktopFilter::setCategory(const QString &category)
     Q_EMIT categoryChanged(_category);
 }
 
-void DesktopFilter::setSection(const QString &category)
+void DesktopFilter::setSection(QString category)
 {
     if (_section == category)
         return;

@@ -1,13 +1,12 @@
 #pragma once
 
+#include <quorvane/desktop/desktopentries.h>
 #include <quorvane/quorvane_export.h>
 
 #include <QSortFilterProxyModel>
 #include <QString>
 
 namespace xdg {
-
-class DesktopEntries;
 
 /*! \ingroup desktop
     \brief Narrows DesktopEntries down to what one view shows.
@@ -64,8 +63,8 @@ Q_SIGNALS:
     void raise(int pid);
 
     void modelChanged(QObject *model);
-    void categoryChanged(const QString &category);
-    void sectionChanged(const QString &category);
+    void categoryChanged(QString category);
+    void sectionChanged(QString category);
     void showAllChanged(bool showall);
 
 public Q_SLOTS:
@@ -73,11 +72,11 @@ public Q_SLOTS:
     void setModel(QObject *model);
 
     /*! Filters anew and emits categoryChanged(), unless the category is set already. */
-    void setCategory(const QString &category);
+    void setCategory(QString category);
 
     /*! Filters anew and emits sectionChanged(), unless the section is set already. Rows that stay
         are not announced as changed. */
-    void setSection(const QString &category);
+    void setSection(QString category);
 
     /*! Filters anew and emits showAllChanged(), unless it is set already. */
     void setShowAll(bool showall);

@@ -1,7 +1,5 @@
 #include <quorvane/desktop/entries.h>
 
-#include <quorvane/desktop/entry.h>
-
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -155,7 +153,7 @@ void Entries::_directoryChanged(const QString &path)
         add(file, true);
 }
 
-void Entries::_entryDataChanged(const QString &key, const QString &value)
+void Entries::_entryDataChanged(QString key, QString value)
 {
     if (const auto *entry = qobject_cast<Entry *>(sender()))
         Q_EMIT entryDataChanged(entry->appId(), key, value);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <quorvane/desktop/entry.h>
 #include <quorvane/quorvane_export.h>
 
 #include <QFileSystemWatcher>
@@ -9,8 +10,6 @@
 #include <QString>
 
 namespace xdg {
-
-class Entry;
 
 /*! \ingroup desktop
     \brief A registry of the desktop entries in a set of watched directories.
@@ -64,7 +63,7 @@ public:
 
 Q_SIGNALS:
     /*! Passes on Entry::dataChanged() of the entry with the application id \a appid. */
-    void entryDataChanged(const QString &appid, const QString &key, const QString &value);
+    void entryDataChanged(QString appid, QString key, QString value);
 
     /*! Passes on Entry::raiseProcess(). */
     void raiseProcess(int pid);
@@ -83,7 +82,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void _directoryChanged(const QString &path);
-    void _entryDataChanged(const QString &key, const QString &value);
+    void _entryDataChanged(QString key, QString value);
 
 private:
     void _compact();

@@ -81,7 +81,7 @@ QString statusWord(QProcess::ProcessState state)
 
 namespace xdg {
 
-Entry::Entry(const QString &path, QObject *parent)
+Entry::Entry(QString path, QObject *parent)
     : QObject(parent)
     , _path(path)
     , _settings(new QSettings(path, QSettings::IniFormat, this))
@@ -124,7 +124,7 @@ QString Entry::path() const
     return _path;
 }
 
-void Entry::setDesktopFile(const QString &path)
+void Entry::setDesktopFile(QString path)
 {
     _path = path;
     // The reader before this one may be a child of this entry or not, and is left to itself.
@@ -138,7 +138,7 @@ QString Entry::appId() const
     return QFileInfo(path()).completeBaseName();
 }
 
-void Entry::setAppId(const QString &appId)
+void Entry::setAppId(QString appId)
 {
     const QStringList searched = QStringList(dataHome()) + dataDirs();
     for (const QString &dataDir : searched) {
@@ -161,7 +161,7 @@ int Entry::pid() const
     return static_cast<int>(_process.processId());
 }
 
-void Entry::_desktopFileChanged(const QString &path)
+void Entry::_desktopFileChanged(QString path)
 {
     if (!_settings)
         return;
@@ -186,7 +186,7 @@ void Entry::_processStateChanged(QProcess::ProcessState newState)
     Q_EMIT dataChanged(keys::keywords(), data(keys::keywords()));
 }
 
-void Entry::start(const QStringList &args)
+void Entry::start(QStringList args)
 {
     QStringList exec = splitCommandLine(data(keys::exec()));
     QStringList action = splitCommandLine(data(keys::startAction()));
@@ -206,7 +206,7 @@ void Entry::start(const QStringList &args)
     }
 }
 
-void Entry::stop(const QStringList &args)
+void Entry::stop(QStringList args)
 {
     QStringList command = splitCommandLine(data(keys::stopAction()));
     if (!command.isEmpty()) {

@@ -56,7 +56,7 @@ class QUORVANE_EXPORT Entry : public QObject
 public:
     /*! Binds the new entry to the file at \a path. Nothing is read yet, and the file need not
         exist. */
-    explicit Entry(const QString &path, QObject *parent = nullptr);
+    explicit Entry(QString path, QObject *parent = nullptr);
 
     /*! An entry without a file: every value is a null string until setDesktopFile() or setAppId()
         has bound it. */
@@ -78,7 +78,7 @@ public:
         The file need not exist. A file that the entry was bound to before stays watched, and the
         keys that were asked for are compared with the new file at the next change. The reader of
         the file lives until the end of the process. */
-    void setDesktopFile(const QString &path);
+    void setDesktopFile(QString path);
 
     /*! The application id: the file name without directory and last suffix, so
         org.example.App for org.example.App.desktop. */
@@ -88,7 +88,7 @@ public:
         in xdg::dataDirs(), from the first to the last, and emits iconChanged().
 
         When there is none, a warning is written and the entry keeps what it had. */
-    void setAppId(const QString &appId);
+    void setAppId(QString appId);
 
     /*! The value of "Desktop Entry/Icon". */
     QString icon() const;
@@ -102,26 +102,26 @@ Q_SIGNALS:
 
         A change of the file reports the keys in ascending order. A key that is gone has an empty
         value. A change of the keywords in the file is not reported. */
-    void dataChanged(const QString &key, const QString &value);
+    void dataChanged(QString key, QString value);
 
     /*! start() was called while the program \a pid runs already: whoever shows windows may raise
         the program's. */
     void raiseProcess(int pid);
 
     /*! The watched file \a path is gone, or is no file any more. The entry keeps its values. */
-    void removed(const QString &path);
+    void removed(QString path);
 
     /*! Never emitted. */
-    void appIdChanged(const QString &appId);
+    void appIdChanged(QString appId);
 
     /*! The entry was bound to a file whose icon is \a icon. */
-    void iconChanged(const QString &icon);
+    void iconChanged(QString icon);
 
     /*! Never emitted. */
-    void desktopFileChanged(const QString &desktopFile);
+    void desktopFileChanged(QString desktopFile);
 
 private Q_SLOTS:
-    void _desktopFileChanged(const QString &path);
+    void _desktopFileChanged(QString path);
     void _processStateChanged(QProcess::ProcessState newState);
 
 public Q_SLOTS:
@@ -139,7 +139,7 @@ public Q_SLOTS:
 
         To start a program again when it has ended, do so from the event loop and not from within
         the dataChanged() that tells of its end: its process is not free yet. */
-    void start(const QStringList &args);
+    void start(QStringList args);
 
     /*! Ends the program and returns at once; the " stopped" comes through dataChanged().
 
@@ -147,7 +147,7 @@ public Q_SLOTS:
         does not obey. With one, that command is run instead, with \a args for its field codes as in
         start(). It runs in the entry's one process, so it has no effect as long as the program
         itself runs there: it suits a start command that hands over to a service and returns. */
-    void stop(const QStringList &args);
+    void stop(QStringList args);
 
     /*! The value of \a key as last read from the file, empty for a key that the file does not have
         and null while the entry has no file. Asking for a key makes dataChanged() report its

@@ -17,7 +17,8 @@ using NotifyFunction = uint(QObject *context, const QString &app_name, uint repl
 
 /*! \class NotificationsAdaptor
     \ingroup notifications
-    The bus interface \c org.freedesktop.Notifications of an XdgNotificationServer.
+    The bus interface \c org.freedesktop.Notifications of an XdgNotificationServer, in the header
+    \c quorvane/notifications/notificationsadaptor.h.
 
     It forwards each call from the bus to the slot of the same name and relays the server's signals
     \c ActionInvoked and \c NotificationClosed. It is created with the server as its parent, before

@@ -49,14 +49,13 @@ void XdgNotifier::_notificationClosed(uint id, uint reason)
     Q_EMIT notificationClosed(closeText(reason));
 }
 
-void XdgNotifier::notifyTextOnly(const QString &summary, const QString &body, bool replace)
+void XdgNotifier::notifyTextOnly(QString summary, QString body, bool replace)
 {
     qDebug() << "notifyTextOnly(" << summary << ", " << body << ")";
     _post(summary, body, replace, {}, -1);
 }
 
-void XdgNotifier::notifyWithActions(const QString &summary, const QString &body, bool replace,
-                                    const QStringList &actions)
+void XdgNotifier::notifyWithActions(QString summary, QString body, bool replace, QStringList actions)
 {
     _post(summary, body, replace, actions, -1);
 }

@@ -18,8 +18,10 @@ class QUORVANE_EXPORT OrgFreedesktopNotificationsInterface;
 
     \code
     XdgNotifier notifier;
-    QObject::connect(&notifier, &XdgNotifier::actionInvoked, &app, &App::act);
-    notifier.notifyWithActions("Mail", "Two new messages", false, { "open", "Open" });
+    QObject::connect(&notifier, &XdgNotifier::actionInvoked, &app, [&out](const QString &action) {
+        out << "action: " << action << '\n';
+        out.flush();
+    });
     \endcode
 
     A notifier remembers the id of the last notification that it posted without replacing one;
@@ -63,11 +65,10 @@ private Q_SLOTS:
 public Q_SLOTS:
     /*! Posts without actions, leaving the time-out to the service. \a replace puts it in the place
         of the remembered notification. */
-    void notifyTextOnly(const QString &summary, const QString &body, bool replace);
+    void notifyTextOnly(QString summary, QString body, bool replace);
 
     /*! Posts with \a actions, keys and texts alternating, leaving the time-out to the service. */
-    void notifyWithActions(const QString &summary, const QString &body, bool replace,
-                           const QStringList &actions);
+    void notifyWithActions(QString summary, QString body, bool replace, QStringList actions);
 
     /*! Posts with \a actions and a time-out in milliseconds: 0 for a notification that stays, -1
         for the service's choice. */

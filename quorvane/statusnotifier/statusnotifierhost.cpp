@@ -193,7 +193,7 @@ QHash<int, QByteArray> StatusNotifierHost::roleNames() const
     return names;
 }
 
-void StatusNotifierHost::activate(int x, int y, const QString &id, int mode)
+void StatusNotifierHost::activate(int x, int y, QString id, int mode)
 {
     const QStringList ids = _d->_rowOrder; // A read from an item could let the list change.
     for (const QString &itemId : ids) {

@@ -83,7 +83,7 @@ public Q_SLOTS:
         The items are asked for their Id in the order of the rows, waiting for each, and the first
         that matches gets the click; without a match nothing happens. A \a mode of 1 calls its
         SecondaryActivate, any other its Activate; that call is not waited for. */
-    void activate(int x, int y, const QString &id, int mode);
+    void activate(int x, int y, QString id, int mode);
 
 private:
     friend class StatusNotifierHostPrivate;

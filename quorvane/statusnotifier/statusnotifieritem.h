@@ -173,7 +173,7 @@ Q_SIGNALS:
     /*! There is a new tool tip. The item has none and never emits it. */
     void NewToolTip();
     /*! There is a new \a status. */
-    void NewStatus(const QString &status);
+    void NewStatus(QString status);
 
     /*! The title changed. This signal and all the next ones stay in the process. */
     void TitleChanged();

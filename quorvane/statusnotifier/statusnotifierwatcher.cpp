@@ -126,7 +126,7 @@ void StatusNotifierWatcher::RegisterStatusNotifierHost(const QString &service)
     _hostServices.append(service);
 }
 
-void StatusNotifierWatcher::_serviceUnregistered(const QString &name)
+void StatusNotifierWatcher::_serviceUnregistered(QString name)
 {
     qCDebug(SYSTEM_TRAY) << "Service " << name << "unregistered (ITEMS:" << _registeredItems
                          << " HOSTS:" << _hostServices << ")";

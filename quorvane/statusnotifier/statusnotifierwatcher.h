@@ -75,10 +75,10 @@ public:
 
 Q_SIGNALS:
     /*! The item \a id was listed. Goes out on the bus. */
-    void StatusNotifierItemRegistered(const QString &id);
+    void StatusNotifierItemRegistered(QString id);
 
     /*! The bus name of the item \a id vanished; the item has left the list. Goes out on the bus. */
-    void StatusNotifierItemUnregistered(const QString &id);
+    void StatusNotifierItemUnregistered(QString id);
 
     /*! Part of the protocol; never emitted. */
     void StatusNotifierHostRegistered();
@@ -95,7 +95,7 @@ Q_SIGNALS:
     void IsStatusNotifierHostRegisteredChanged();
 
 private Q_SLOTS:
-    void _serviceUnregistered(const QString &name);
+    void _serviceUnregistered(QString name);
 
 private:
     QStringList _hostServices;

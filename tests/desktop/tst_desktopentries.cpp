@@ -1,5 +1,4 @@
 #include <quorvane/desktop/desktopentries.h>
-#include <quorvane/desktop/entry.h>
 
 #include "desktopfixture.h"
 #include "messages.h"
@@ -127,6 +126,36 @@ private Q_SLOTS:
         _fixture->app("b", QStringList(lines).replaceInStrings(QRegularExpression("$"), "x"));
         QTRY_COMPARE(log,
                      QStringList({ ",cx", "1:260/1", "1:263/1", "1:259/1", "1:258/1", "1:261/1" }));
+    }
+
+    void theRowsAreWalkedAsTheyStand()
+    {
+        _fixture->app("b", { "Name=n" });
+        DesktopEntries model;
+        model.appIdData("b", "Desktop Entry/Name");
+        QList<int> rows;
+        connect(&model, &DesktopEntries::dataChanged, this, [&](const QModelIndex &index) {
+            rows += index.row();
+            _fixture->app("a");
+            QTRY_COMPARE(model.rowCount(), 2); // The entry has moved on.
+        });
+        _fixture->app("b", { "Name=changed" });
+        QTRY_COMPARE(rows, QList<int>({ 0, 1 }));
+    }
+
+    void aPathThatASlotChangesStartsOneProgram()
+    {
+        for (const char *name : { "a", "b" })
+            _fixture->app(name, { "Exec=" + _fixture->childCommand(name) });
+        DesktopEntries model;
+        QString path = model.index(0).data(257).toString();
+        connect(&model, &DesktopEntries::dataChanged, this,
+                [&] { path = model.index(1).data(257).toString(); });
+        model.start(path);
+        QCOMPARE(_fixture->report("a"), QStringList());
+        QCOMPARE(model.index(1).data(262).toString(), QStringLiteral(" stopped"));
+        model.stop(model.index(0).data(257).toString());
+        QTRY_COMPARE(model.index(0).data(262).toString(), QStringLiteral(" stopped"));
     }
 
     void programsStartByPathAndStopByNumber()

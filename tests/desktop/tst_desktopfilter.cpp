@@ -1,4 +1,3 @@
-#include <quorvane/desktop/desktopentries.h>
 #include <quorvane/desktop/desktopfilter.h>
 
 #include "desktopfixture.h"
@@ -62,6 +61,18 @@ private Q_SLOTS:
                  "showAllChanged true, categoryChanged Network, showAllChanged false, "
                  "categoryChanged Net, showAllChanged true, categoryChanged, "
                  "sectionChanged Named, sectionChanged named");
+    }
+
+    void aSlotThatSetsAnotherValueTakesNothingFromTheNext()
+    {
+        connect(_filter.data(), &DesktopFilter::categoryChanged, this,
+                [this](const QString &category) {
+                    if (category == "A")
+                        _filter->setCategory("B");
+                });
+        SignalLog log({ _filter.data() });
+        _filter->setCategory("A");
+        QCOMPARE(log.lines.filter("category").join(", "), "categoryChanged B, categoryChanged A");
     }
 
     void aSectionGivesItsValues()

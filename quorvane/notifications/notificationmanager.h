@@ -12,7 +12,8 @@ class XdgNotificationServer;
 /*! \class NotificationManagerAdaptor
     \ingroup notifications
     The bus interface \c com.zovar.NotificationManager of an xdg::NotificationManager, by which
-    another process shows, answers and closes what is pending. It has no signals. */
+    another process shows, answers and closes what is pending. It has no signals. Its header is
+    \c quorvane/notifications/notificationmanageradaptor.h. */
 class QUORVANE_EXPORT NotificationManagerAdaptor;
 
 namespace xdg {

@@ -37,11 +37,14 @@ class QUORVANE_EXPORT NotificationsAdaptor;
 
     \code
     XdgNotificationServer server;
-    server.setNotify(myNotify, &myStore);
-    QObject::connect(&server, &XdgNotificationServer::closeNotification, &myStore, &Store::drop);
+    server.setNotify(printNotification, nullptr);
+    QObject::connect(&server, &XdgNotificationServer::closeNotification, &server,
+                     [&server](uint id) { server.sendNotificationClosed(id, 3); });
     new NotificationsAdaptor(&server);
     XdgNotificationServer::RegisterServerToDbus(server);
     \endcode
+
+    The whole, with its headers and its function, is examples/notificationprinter.cpp.
 
     The adaptor calls the four virtual slots, so a subclass that overrides one changes what the bus
     sees. All calls arrive on the thread of the server. */

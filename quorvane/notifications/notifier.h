@@ -9,7 +9,8 @@
     \ingroup notifications
     The proxy of a service with the interface \c org.freedesktop.Notifications, for applications
     that need more of the protocol than XdgNotifier offers. Its calls don't wait, but for the form
-    of \c GetServerInformation with three arguments. */
+    of \c GetServerInformation with three arguments. Its header is
+    \c quorvane/notifications/notificationsinterface.h. */
 class QUORVANE_EXPORT OrgFreedesktopNotificationsInterface;
 
 /*! \ingroup notifications

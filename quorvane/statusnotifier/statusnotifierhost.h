@@ -7,7 +7,18 @@
 
 #include <memory>
 
+/*! \class OrgKdeStatusNotifierItemInterface
+    \ingroup statusnotifier
+    The proxy of an item with the interface \c org.kde.StatusNotifierItem. Its methods don't wait;
+    each read of a property does. Its header is
+    \c quorvane/statusnotifier/statusnotifieriteminterface.h. */
 class QUORVANE_EXPORT OrgKdeStatusNotifierItemInterface;
+
+/*! \class OrgKdeStatusNotifierWatcherInterface
+    \ingroup statusnotifier
+    The proxy of the watcher, with the interface \c org.kde.StatusNotifierWatcher. Its methods don't
+    wait; each read of a property does. Its header is
+    \c quorvane/statusnotifier/statusnotifierwatcherinterface.h. */
 class QUORVANE_EXPORT OrgKdeStatusNotifierWatcherInterface;
 
 namespace xdg {

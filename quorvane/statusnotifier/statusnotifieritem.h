@@ -6,6 +6,10 @@
 #include <QString>
 #include <QStringList>
 
+/*! \class StatusNotifierItemAdaptor
+    \ingroup statusnotifier
+    The bus interface \c org.kde.StatusNotifierItem of an xdg::StatusNotifierItem, which creates it.
+    Its header is \c quorvane/statusnotifier/statusnotifieritemadaptor.h. */
 class QUORVANE_EXPORT StatusNotifierItemAdaptor;
 
 namespace xdg {

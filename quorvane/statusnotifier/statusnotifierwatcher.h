@@ -7,6 +7,10 @@
 
 class QDBusServiceWatcher;
 
+/*! \class StatusNotifierWatcherAdaptor
+    \ingroup statusnotifier
+    The bus interface \c org.kde.StatusNotifierWatcher of an xdg::StatusNotifierWatcher, which
+    creates it. Its header is \c quorvane/statusnotifier/statusnotifierwatcheradaptor.h. */
 class QUORVANE_EXPORT StatusNotifierWatcherAdaptor;
 
 namespace xdg {

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Every C++ and QML snippet of the README and the guide is part of a file that is built or run."""
+"""Every snippet of the README, the guide and the headers is part of a file that is built or run."""
 
 import pathlib
 import re
@@ -16,8 +16,10 @@ code = [flat(file.read_text()) for file in (root / "examples").rglob("*") if fil
 
 checked = 0
 stray = []
-for page in [root / "README.md", *sorted((root / "docs").glob("*.md"))]:
-    for snippet in re.findall(r"^```(?:cpp|qml)\n(.*?)^```", page.read_text(), re.S | re.M):
+pages = [root / "README.md", *sorted((root / "docs").glob("*.md")), *(root / "quorvane").glob("*/*.h")]
+for page in pages:
+    fences = r"^ *\\code\n(.*?)^ *\\endcode" if page.suffix == ".h" else r"^```(?:cpp|qml)\n(.*?)^```"
+    for snippet in re.findall(fences, page.read_text(), re.S | re.M):
         checked += 1
         if not any(flat(snippet) in text for text in code):
             stray.append(f"{page.name}: in no example:\n{snippet}")

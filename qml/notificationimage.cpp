@@ -2,6 +2,8 @@
 
 #include <QDBusArgument>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int longestSide = 320;
@@ -48,7 +50,9 @@ QImage notificationImage(const QVariant &hint)
         return {};
     if (pixels.size() > mostBytes || 4 * qint64(width) * height > mostBytes)
         return {};
-    const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), width, height,
-                       rowstride, alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
-    return scaled(image).copy();
+
+    QImage image(width, height, alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+    for (int y = 0; y < image.height(); ++y)
+        std::copy_n(pixels.constData() + qint64(rowstride) * y, row, image.scanLine(y));
+    return scaled(image);
 }

@@ -74,10 +74,10 @@ QString attribute(const QString &attributes, const QString &name)
 // The start of a link; empty for one that leads anywhere but to the web.
 QString linkStart(const QString &address)
 {
-    const QUrl url(address.trimmed(), QUrl::StrictMode);
-    const bool web
-            = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-    if (!web || url.host().isEmpty())
+    const QUrl url(address.trimmed());
+    const QString scheme = url.scheme();
+    const bool web = scheme == QLatin1String("http") || scheme == QLatin1String("https");
+    if (!web || !url.isValid() || url.host().isEmpty())
         return {};
     // Encoded it has no quotation mark and no bracket. StyledText resolves no entities in there.
     return QStringLiteral("<a href=\"%1\">").arg(QString::fromLatin1(url.toEncoded()));

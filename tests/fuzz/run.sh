@@ -34,10 +34,11 @@ find "$build/found" -maxdepth 1 -type f -delete
 fuzz fuzz_entry &
 fuzz fuzz_commandline
 fuzz fuzz_notify
+fuzz fuzz_hints
 wait
 
 failed=0
-for target in fuzz_commandline fuzz_entry fuzz_notify; do
+for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints; do
     report "$target" || failed=1
 done
 [ "$failed" -eq 0 ] || echo "logs and inputs: $build/found"

@@ -1,12 +1,12 @@
 #include "menuclient.h"
 
+#include "asynccall.h"
+
+#include <QDBusConnection>
 #include <QDBusError>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
-#include <limits>
 #include <utility>
 
 namespace {
@@ -14,10 +14,6 @@ namespace {
 constexpr int updateDelay = 50;
 constexpr int patience = 3000;
 constexpr int maximalPath = 1000;
-// Some programs don't answer this call at all; the layout may be asked for all the same.
-constexpr int announcementTimeout = patience / 2;
-// The bus answers for who is gone, so every call ends. One that is stopped answers when it goes on.
-constexpr int noTimeout = std::numeric_limits<int>::max();
 
 QString menuInterface()
 {
@@ -42,13 +38,14 @@ MenuClient::MenuClient(const QString &service, const QString &path, QObject *par
         _endPreparations(false);
     });
 
-    auto *watcher = new QDBusServiceWatcher(service, _bus, QDBusServiceWatcher::WatchForOwnerChange,
-                                            this);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    auto *watcher
+            = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &now) { _ownerChanged(now); });
 
-    const auto follow = [this](const char *signal, const char *slot) {
-        _bus.connect(_service, _path, menuInterface(), QLatin1String(signal), this, slot);
+    const auto follow = [this, &bus](const char *signal, const char *slot) {
+        bus.connect(_service, _path, menuInterface(), QLatin1String(signal), this, slot);
     };
     follow("LayoutUpdated", SLOT(_layoutUpdated()));
     follow("ItemsPropertiesUpdated", SLOT(_itemsPropertiesUpdated(QDBusMessage)));
@@ -73,19 +70,20 @@ QString MenuClient::themePath() const
 
 void MenuClient::prepare(int id)
 {
-    _announced.insert(id);
-    QDBusMessage message = _method(menuInterface(), QStringLiteral("AboutToShow"));
-    _call(message << id, announcementTimeout, [this, id](const QDBusMessage &answer) {
-        if (!_announced.remove(id)) // Given up.
-            return;
-        const bool unchanged
-                = answer.signature() == QLatin1Char('b') && !answer.arguments().at(0).toBool();
-        if (unchanged && !_fetching && !_update.isActive()) {
-            Q_EMIT prepared(id, true);
-            return;
-        }
-        _awaitingLayout.insert(id);
-        _fetch();
+    _announcing.insert(id);
+    _expectAnswer();
+    const auto call
+            = callAsync(_service, _path, menuInterface(), QStringLiteral("AboutToShow"), { id });
+    whenAnswered(call, this, [this, id](const QDBusMessage &answer) {
+        const bool isAwaited = _announcing.remove(id);
+        _hear(answer);
+        if (isAwaited)
+            _announced(id, answer);
+    });
+    // Some programs don't answer this call; the layout may be asked for all the same.
+    QTimer::singleShot(patience / 2, this, [this, id] {
+        if (_announcing.remove(id))
+            _announced(id, {});
     });
 }
 
@@ -93,7 +91,8 @@ void MenuClient::sendEvent(int id, const QString &event)
 {
     const QVariant noData = QVariant::fromValue(QDBusVariant(0));
     constexpr uint noTime = 0;
-    _bus.send(_method(menuInterface(), QStringLiteral("Event")) << id << event << noData << noTime);
+    callAsync(_service, _path, menuInterface(), QStringLiteral("Event"),
+              { id, event, noData, noTime });
 }
 
 void MenuClient::_layoutUpdated()
@@ -116,15 +115,15 @@ void MenuClient::_ownerChanged(const QString &owner)
 
 void MenuClient::_begin()
 {
-    QDBusMessage message
-            = _method(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    _call(message << menuInterface() << QStringLiteral("IconThemePath"), noTimeout,
-          [this](const QDBusMessage &answer) {
-              const auto value = answer.arguments().value(0).value<QDBusVariant>();
-              const QString first = value.variant().toStringList().value(0).left(maximalPath);
-              if (std::exchange(_themePath, first) != first)
-                  Q_EMIT themePathChanged();
-          });
+    const auto call = callAsync(_service, _path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                QStringLiteral("Get"),
+                                { menuInterface(), QStringLiteral("IconThemePath") });
+    whenAnswered(call, this, [this](const QDBusMessage &answer) {
+        const auto value = answer.arguments().value(0).value<QDBusVariant>();
+        const QString first = value.variant().toStringList().value(0).left(maximalPath);
+        if (std::exchange(_themePath, first) != first)
+            Q_EMIT themePathChanged();
+    });
     _fetch();
 }
 
@@ -135,18 +134,20 @@ void MenuClient::_fetch()
         return;
     _fetching = true;
     _update.stop();
+    _expectAnswer();
     constexpr int root = 0;
     constexpr int allLevels = -1;
     const QStringList allProperties;
-    QDBusMessage message = _method(menuInterface(), QStringLiteral("GetLayout"));
-    _call(message << root << allLevels << allProperties, noTimeout,
-          [this](const QDBusMessage &answer) { _fetched(answer); });
+    const auto call = callAsync(_service, _path, menuInterface(), QStringLiteral("GetLayout"),
+                                { root, allLevels, allProperties });
+    whenAnswered(call, this, [this](const QDBusMessage &answer) { _fetched(answer); });
 }
 
 void MenuClient::_fetched(const QDBusMessage &answer)
 {
     _fetching = false;
     _loaded = true;
+    _hear(answer);
     const bool failed = answer.type() == QDBusMessage::ErrorMessage;
     if (failed)
         _setResponds(false);
@@ -158,44 +159,45 @@ void MenuClient::_fetched(const QDBusMessage &answer)
         _endPreparations(!failed);
 }
 
+void MenuClient::_announced(int id, const QDBusMessage &answer)
+{
+    const bool unchanged
+            = answer.signature() == QLatin1Char('b') && !answer.arguments().at(0).toBool();
+    if (unchanged && !_fetching && !_update.isActive()) {
+        Q_EMIT prepared(id, true);
+        return;
+    }
+    _awaitingLayout.insert(id);
+    _fetch();
+}
+
 void MenuClient::_endPreparations(bool ok)
 {
     QSet<int> ids = std::exchange(_awaitingLayout, {});
     if (!ok)
-        ids += std::exchange(_announced, {});
+        ids += std::exchange(_announcing, {});
     for (int id : qAsConst(ids))
         Q_EMIT prepared(id, ok);
+}
+
+void MenuClient::_expectAnswer()
+{
+    if (!_patience.isActive())
+        _patience.start();
+}
+
+void MenuClient::_hear(const QDBusMessage &answer)
+{
+    if (_fetching || !_announcing.isEmpty())
+        _patience.start();
+    else
+        _patience.stop();
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        _setResponds(true);
 }
 
 void MenuClient::_setResponds(bool responds)
 {
     if (std::exchange(_responds, responds) != responds)
         Q_EMIT respondsChanged();
-}
-
-QDBusMessage MenuClient::_method(const QString &interface, const QString &name) const
-{
-    QDBusMessage message = QDBusMessage::createMethodCall(_service, _path, interface, name);
-    message.setAutoStartService(false);
-    return message;
-}
-
-void MenuClient::_call(const QDBusMessage &message, int timeout,
-                       const std::function<void(const QDBusMessage &)> &answered)
-{
-    if (_unanswered++ == 0)
-        _patience.start();
-    auto *watcher = new QDBusPendingCallWatcher(_bus.asyncCall(message, timeout), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, answered] {
-        watcher->deleteLater();
-        if (--_unanswered == 0)
-            _patience.stop();
-        const QDBusMessage answer = watcher->reply();
-        if (answer.type() == QDBusMessage::ReplyMessage) {
-            if (_unanswered > 0)
-                _patience.start();
-            _setResponds(true);
-        }
-        answered(answer);
-    });
 }

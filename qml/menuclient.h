@@ -2,12 +2,9 @@
 
 #include "menuitem.h"
 
-#include <QDBusConnection>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
-
-#include <functional>
 
 class QDBusMessage;
 
@@ -54,21 +51,19 @@ private:
     void _begin();
     void _fetch();
     void _fetched(const QDBusMessage &answer);
+    void _announced(int id, const QDBusMessage &answer);
     void _endPreparations(bool ok);
+    void _expectAnswer();
+    void _hear(const QDBusMessage &answer);
     void _setResponds(bool responds);
-    QDBusMessage _method(const QString &interface, const QString &name) const;
-    void _call(const QDBusMessage &message, int timeout,
-               const std::function<void(const QDBusMessage &)> &answered);
 
     const QString _service;
     const QString _path;
-    QDBusConnection _bus = QDBusConnection::sessionBus();
     QTimer _update;
     QTimer _patience;
     QString _themePath;
-    QSet<int> _announced;
+    QSet<int> _announcing;
     QSet<int> _awaitingLayout;
-    int _unanswered = 0;
     bool _fetching = false;
     bool _fetchAgain = false;
     bool _loaded = false;

@@ -1,11 +1,10 @@
 #include "traymenu.h"
 
 #include "iconsource.h"
-#include "imagestore.h"
 #include "menuclient.h"
 #include "menuitem.h"
-
-#include <gio/gio.h>
+#include "trayaddress.h"
+#include "traypicture.h"
 
 #include <algorithm>
 #include <memory>
@@ -15,32 +14,12 @@ namespace {
 
 constexpr int maximalSide = 64;
 
-// A picture that the store keeps as long as this lives.
-class StoredPicture
+QImage readPicture(const QByteArray &png)
 {
-public:
-    explicit StoredPicture(const QImage &image)
-        : _source(ImageStore::add(image))
-    {
-    }
-    ~StoredPicture() { ImageStore::remove(_source); }
-    Q_DISABLE_COPY(StoredPicture)
-
-    QString source() const { return _source; }
-
-private:
-    const QString _source;
-};
-
-std::unique_ptr<StoredPicture> picture(const QByteArray &png)
-{
-    QImage image = QImage::fromData(png, "PNG");
-    if (image.isNull())
-        return nullptr;
-    if (image.width() > maximalSide || image.height() > maximalSide)
-        image = image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio,
-                             Qt::SmoothTransformation);
-    return std::make_unique<StoredPicture>(image);
+    const QImage image = QImage::fromData(png, "PNG");
+    if (image.width() <= maximalSide && image.height() <= maximalSide)
+        return image;
+    return image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 // An underscore marks the next letter, which may be an underscore.
@@ -72,7 +51,8 @@ struct TrayMenu::Row
     int id = 0;
     QVariantMap properties;
     TrayMenu *submenu = nullptr;
-    std::unique_ptr<StoredPicture> picture;
+    std::unique_ptr<TrayPicture> picture = std::make_unique<TrayPicture>();
+    QString pictureSource;
 };
 
 TrayMenu::TrayMenu(QObject *parent)
@@ -171,9 +151,8 @@ QVariant TrayMenu::data(const QModelIndex &index, int role) const
     case CheckedRole:
         return of.value(QStringLiteral("toggle-state")).toInt() == 1;
     case IconSourceRole:
-        if (row.picture)
-            return row.picture->source();
-        return iconSource(text(of, "icon-name"), _themePath());
+        return row.pictureSource.isEmpty() ? iconSource(text(of, "icon-name"), _themePath())
+                                           : row.pictureSource;
     case HasChildrenRole:
         return row.submenu != nullptr;
     case ShortcutRole:
@@ -249,8 +228,7 @@ void TrayMenu::_connectToService()
 {
     _setItems({});
     delete std::exchange(_client, nullptr);
-    if (g_dbus_is_name(_service.toUtf8().constData())
-        && g_variant_is_object_path(_path.toUtf8().constData())) {
+    if (TrayAddress { _service, _path }.isValid()) {
         _client = new MenuClient(_service, _path, this);
         _follow(_client);
     }
@@ -436,7 +414,7 @@ void TrayMenu::_assign(Row *row, const QVariantMap &properties, bool hasItems)
     const QVariantMap before = std::exchange(row->properties, properties);
     const QByteArray png = properties.value(QStringLiteral("icon-data")).toByteArray();
     if (png != before.value(QStringLiteral("icon-data")).toByteArray())
-        row->picture = picture(png);
+        row->pictureSource = row->picture->show(readPicture(png));
 
     if (!hasItems && !isSubmenu(properties))
         _removeSubmenu(row);

@@ -1,10 +1,7 @@
 #!/usr/bin/python3
-"""Menus of others: one of GTK behind an indicator, and one that is whatever the test says.
-
-Each line of the standard input is run as Python; "ready" means that the menus are there.
-"""
-
+"""Menus of others: one of GTK behind an indicator, and one that is whatever the test says."""
 import sys
+from functools import reduce
 
 import dbus.mainloop.glib
 import dbus.service
@@ -12,9 +9,7 @@ import gi
 
 gi.require_version("AyatanaAppIndicator3", "0.1")
 gi.require_version("Gtk", "3.0")
-from gi.repository import AyatanaAppIndicator3, Gio, GLib, Gtk  # noqa: E402
-
-NAME = "com.canonical.dbusmenu"
+from gi.repository import AyatanaAppIndicator3, GdkPixbuf, Gio, GLib, Gtk
 
 
 def item(id, *children, **properties):
@@ -22,29 +17,26 @@ def item(id, *children, **properties):
     return dbus.Struct((dbus.Int32(id), dbus.Dictionary(named, "sv"), dbus.Array(children, "v")))
 
 
+def png(width, height):
+    pixbuf = GdkPixbuf.Pixbuf.new(GdkPixbuf.Colorspace.RGB, False, 8, width, height)
+    return dbus.ByteArray(pixbuf.save_to_bufferv("png", [], [])[1])
+
+
 class Menu(dbus.service.Object):
-    def show(self, *children, later=None):
-        self.layout, self.later = item(0, *children), later
+    def show(self, *children):
+        self.layout = item(0, *children)
         self.LayoutUpdated(0, 0)
 
-    @dbus.service.method(NAME, "iias", "u(ia{sv}av)")
+    @dbus.service.method("com.canonical.dbusmenu", "iias", "u(ia{sv}av)")
     def GetLayout(self, id, depth, names):
+        print("asked", flush=True)
         return 0, self.layout
 
-    @dbus.service.method(NAME, "i", "b")
-    def AboutToShow(self, id):
-        self.layout = self.later or self.layout
-        return bool(self.later)
-
-    @dbus.service.method(NAME, "isvu")
-    def Event(self, id, event, data, time):
-        print(event, id, flush=True)
-
-    @dbus.service.signal(NAME, "ui")
+    @dbus.service.signal("com.canonical.dbusmenu", "ui")
     def LayoutUpdated(self, revision, id):
         pass
 
-    @dbus.service.signal(NAME, "a(ia{sv})a(ias)")
+    @dbus.service.signal("com.canonical.dbusmenu", "a(ia{sv})a(ias)")
     def ItemsPropertiesUpdated(self, changed, removed):
         pass
 
@@ -55,28 +47,17 @@ menu.show()
 name = dbus.service.BusName("org.quorvane.menu", dbus.SessionBus())
 
 widgets = Gtk.Menu()
-radio = Gtk.RadioMenuItem(label="Quiet", active=True)
-below = Gtk.MenuItem.new_with_mnemonic("_More")
-below.set_submenu(Gtk.Menu())
-below.get_submenu().append(Gtk.MenuItem(label="a_b"))
-for widget in (
-    Gtk.MenuItem.new_with_mnemonic("_Open"), Gtk.SeparatorMenuItem(), Gtk.CheckMenuItem(label="Mute", active=True),
-    radio, Gtk.RadioMenuItem(label="Loud", group=radio), Gtk.MenuItem(label="Off", sensitive=False), below,
-):
-    widget.connect("activate", lambda item: print("GTK", item.get_label(), flush=True))
+loud = Gtk.RadioMenuItem(label="Loud", active=True)
+more = Gtk.MenuItem(label="More", submenu=Gtk.Menu())
+more.get_submenu().append(Gtk.MenuItem(label="a_b"))
+for widget in (Gtk.MenuItem(label="_Open", use_underline=True), Gtk.SeparatorMenuItem(),
+               Gtk.CheckMenuItem(label="Mute", sensitive=False), loud, more):
+    widget.connect("activate", lambda item: print("clicked", item.get_label(), flush=True))
     widgets.append(widget)
 widgets.show_all()
 indicator = AyatanaAppIndicator3.Indicator.new("kettle", "kettle", 0)
 indicator.set_menu(widgets)
-Gio.bus_own_name_on_connection(
-    Gio.bus_get_sync(Gio.BusType.SESSION), "org.quorvane.gtk", 0, lambda *_: print("ready", flush=True), None
-)
-
-
-def run(*_):
-    exec(sys.stdin.readline(), globals())
-    return True
-
-
-GLib.io_add_watch(0, GLib.IO_IN, run)
+Gio.bus_own_name_on_connection(Gio.bus_get_sync(2), "org.quorvane.gtk", 0, lambda *_: print("ready", flush=True))
+# Each line of the standard input is run.
+GLib.io_add_watch(0, GLib.IO_IN, lambda *_: exec(sys.stdin.readline(), globals()) or True)
 GLib.MainLoop().run()

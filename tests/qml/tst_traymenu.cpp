@@ -2,69 +2,45 @@
 #include "signallog.h"
 #include "traymenu.h"
 
+#include <quorvane/statusnotifier/statusnotifierwatcher.h>
+
 #include <QtTest>
-#include <QtWidgets>
 
 #include <csignal>
 
-// A menu of Qt Widgets, whose submenu is filled when it is about to be shown.
-static int runIcon(int argc, char **argv)
-{
-    QApplication application(argc, argv);
-    QMenu menu;
-    menu.addAction("&Open", [] { qInfo("Qt"); })->setShortcut(QKeySequence("Ctrl+O"));
-    QPixmap red(16, 16);
-    red.fill(Qt::red);
-    menu.addAction(red, "a_b")->setCheckable(true);
-    QMenu *below = menu.addMenu("More");
-    QObject::connect(below, &QMenu::aboutToShow, [below] { below->addAction("Late"); });
-    QSystemTrayIcon icon(red);
-    icon.setContextMenu(&menu);
-    icon.show();
-    QTimer::singleShot(0, [] { qInfo("ready"); });
-    return QApplication::exec();
-}
-
-// The rows as a line: hidden ones with a tilde, disabled ones with an exclamation mark.
+// For each row its text and the first letters of what it is: "Mute evcc" is enabled, visible,
+// checkable and checked.
 static QString text(const TrayMenu *menu)
 {
     QStringList rows;
     for (int row = 0; row < menu->count(); ++row) {
         const QVariantMap of = menu->get(row);
-        const auto mark = [&of](const char *role, bool is, const QString &text) {
-            return of.value(role).toBool() == is ? text : QString();
-        };
-        const QString box = mark("checkable", true, of["radio"].toBool() ? "(" : "[")
-                            + mark("checked", true, "x");
-        const TrayMenu *below = menu->submenu(row);
-        rows += mark("visible", false, "~") + mark("enabled", false, "!") + box
-                + mark("separator", true, "--") + of["label"].toString() + of["shortcut"].toString()
-                + (below ? '{' + text(below) + '}' : QString());
+        QString line = of["label"].toString() + of["shortcut"].toString() + ' ';
+        for (const char *role :
+             { "enabled", "visible", "separator", "checkable", "radio", "checked" })
+            line += of[role].toBool() ? QString(role[0]) : QString();
+        line += of["iconSource"].toString().isEmpty() ? "" : "*";
+        rows += line + (menu->submenu(row) ? '{' + text(menu->submenu(row)) + '}' : QString());
     }
     return rows.join('|');
 }
 
 #define SHOWS(expected) QTRY_COMPARE_WITH_TIMEOUT(text(&_menu), QString(expected), 20000)
-#define SAYS(peer, expected) QTRY_VERIFY_WITH_TIMEOUT(peer.peek(9999).contains(expected), 20000)
+#define SAYS(peer, said) QTRY_VERIFY_WITH_TIMEOUT(peer.peek(1 << 20).contains(said), 20000)
 
 class TrayMenuTest : public QObject
 {
     Q_OBJECT
 
-    void _start(QProcess *peer, const QString &program, const QStringList &arguments)
-    {
-        peer->setProcessChannelMode(QProcess::MergedChannels);
-        peer->start(program, arguments);
-        SAYS((*peer), "ready");
-    }
     void _tell(const QByteArray &line) { _peer.write(line + '\n'); }
-    void _show(const QString &service, const QString &path)
+    void _read(const QString &service, const QString &path)
     {
         _menu.setService(service);
         _menu.setPath(path);
     }
 
-    QProcess _xvfb;
+    xdg::StatusNotifierWatcher _watcher;
+    QProcess _display;
     QProcess _peer;
     TrayMenu _menu;
     QAbstractItemModelTester _tester { &_menu };
@@ -72,14 +48,15 @@ class TrayMenuTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        _xvfb.start("Xvfb", { "-displayfd", "1", "-screen", "0", "64x64x24" });
-        QTRY_VERIFY_WITH_TIMEOUT(_xvfb.canReadLine(), 20000);
-        qputenv("DISPLAY", ':' + _xvfb.readLine().trimmed());
-        _start(&_peer, "/usr/bin/python3", { MENUPEER });
+        _display.start("Xvfb", { "-displayfd", "1", "-screen", "0", "64x64x24" });
+        SAYS(_display, "\n");
+        qputenv("DISPLAY", ':' + _display.readLine().trimmed());
+        _peer.start("/usr/bin/python3", { MENUPEER });
+        SAYS(_peer, "ready");
     }
     void cleanupTestCase()
     {
-        for (QProcess *process : { &_peer, &_xvfb }) {
+        for (QProcess *process : { &_peer, &_display }) {
             process->kill();
             process->waitForFinished();
         }
@@ -88,27 +65,114 @@ private Q_SLOTS:
     void theMenuOfAnIndicatorChangesWhileItIsOpen()
     {
         QSignalSpy opened(&_menu, &TrayMenu::opened);
-        _show("org.quorvane.gtk", "/org/ayatana/NotificationItem/kettle/Menu");
+        _read("org.quorvane.gtk", "/org/ayatana/NotificationItem/kettle/Menu");
         _menu.open();
-        QVERIFY(_menu.property("loading").toBool() && opened.wait(20000));
-        QCOMPARE(text(&_menu), "Open|--|[xMute|(xQuiet|(Loud|!Off|More{a_b}");
-        SignalLog log({ &_menu });
-        for (int row : { 1, 5, 6, 4 })
+        QVERIFY(_menu.isLoading() && opened.wait(20000));
+        QCOMPARE(text(&_menu), "Open ev| evs|Mute vc|Loud evcrc|More ev{a_b ev}");
+        for (int row : { -1, 1, 2, 4, 5, 0 })
             _menu.trigger(row);
-        SAYS(_peer, "GTK Loud");
-        _tell("widgets.insert(Gtk.MenuItem(label='New', visible=True), 1); widgets.remove(radio)");
-        SHOWS("Open|New|--|[xMute|(xLoud|!Off|More{a_b}");
-        QVERIFY2(!log.take().contains("modelReset"), "reset");
+        SAYS(_peer, "clicked");
+        QVERIFY(_peer.readAll().contains("clicked _Open\n"));
+        _tell("widgets.insert(Gtk.MenuItem(label='New', visible=True), 1); widgets.remove(loud)");
+        SHOWS("Open ev|New ev| evs|Mute vc|More ev{a_b ev}");
+    }
+
+    void aMenuOfQtFillsItsSubmenuWhenItIsOpened()
+    {
+        _watcher.RegisterStatusNotifierHost("org.quorvane.menu");
+        QProcess peer;
+        qputenv("QT_QPA_PLATFORM", "xcb");
+        peer.start(TRAYPEER, { "icon", "kettle" });
+        SAYS(peer, "ready");
+        _read(QString("org.kde.StatusNotifierItem-%1-1").arg(peer.processId()), "/MenuBar");
+        SHOWS("RedCtrl+R ev*|More ev{}");
+        QCOMPARE(ImageStore::find(_menu.get(0)["iconSource"].toString()).pixelColor(8, 8), Qt::red);
+        QSignalSpy opened(_menu.submenu(1), &TrayMenu::opened);
+        _menu.submenu(1)->open();
+        QVERIFY(opened.wait(20000));
+        QCOMPARE(text(_menu.submenu(1)), "Late ev");
+        peer.kill();
+        SHOWS("");
+        peer.waitForFinished();
+    }
+
+    void layoutsOfStrangers_data()
+    {
+        QTest::addColumn<QByteArray>("children");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char *name, const QByteArray &children, const QString &shown) {
+            QTest::newRow(name) << children << shown;
+        };
+        row("ids", "item(1, item(1), item(0), item(2)), item(2), item(-3)", " ev{ ev}");
+        row("types",
+            "5, [2], item(1, {'a': 1}, label=5, enabled='', visible=[1], toggle_type=1.5, "
+            "type=True, "
+            "toggle_state='', shortcut=['a'], icon_data='', icon_name=1, children_display=png(9, "
+            "9))",
+            " ev");
+        row("many", "*(item(i) for i in range(1, 3000))", " ev" + QString("| ev").repeated(1999));
+        row("deep", "reduce(lambda below, i: item(i, below), range(19, 0, -1), 0)",
+            " ev" + QString("{ ev").repeated(15) + QString("}").repeated(15));
+        row("long", "item(1, label='_' * 5000)", QString("_").repeated(500) + " ev");
+        row("pictures",
+            "*(item(i + 1, icon_data=dbus.ByteArray(data)) for i, data in "
+            "enumerate((png(9, 9), png(9, 999), png(9, 9)[:40], b'GIF' + png(9, 9), b'')))",
+            " ev*| ev| ev| ev| ev");
+        row("a budget",
+            "*map(lambda i, data: item(i, icon_data=data), range(1, 18), [png(512, 512)] * 17)",
+            QString(" ev*|").repeated(16) + " ev");
+    }
+    void layoutsOfStrangers()
+    {
+        QFETCH(QByteArray, children);
+        QFETCH(QString, shown);
+        _read("org.quorvane.menu", "/menu");
+        _tell("menu.show(item(1, label='before'))");
+        SHOWS("before ev");
+        _tell("menu.show(" + children + ")");
+        SHOWS(shown);
+    }
+
+    void whatStaysKeepsItsSubmenu()
+    {
+        _tell("menu.show(item(1), item(2, item(3), label='a'), item(4, enabled=False))");
+        SHOWS(" ev|a ev{ ev}| v");
+        const TrayMenu *below = _menu.submenu(1);
+        QSignalSpy changed(&_menu, &TrayMenu::dataChanged);
+        SignalLog log({ &_menu });
+        _tell("menu.show(item(4, enabled=False), item(5), item(2, item(3), item(6), label='b'))");
+        SHOWS(" v| ev|b ev{ ev| ev}");
+        QCOMPARE(_menu.submenu(2), below);
+        QCOMPARE(changed.takeFirst().at(2).value<QVector<int>>(), { TrayMenu::LabelRole });
+        _tell("menu.ItemsPropertiesUpdated([(2, {'visible': False}), (9, {})], [(4, "
+              "['enabled'])])");
+        SHOWS(" ev| ev|b e{ ev| ev}");
+        QCOMPARE(changed.size(), 2);
+        QVERIFY(!log.take().contains("Reset"));
+    }
+
+    void neitherAStormNorAStoppedProgramHoldsAnythingUp()
+    {
+        _peer.readAll();
+        _tell("[menu.LayoutUpdated(0, 0) for i in range(5000)]; menu.show(item(1, label='calm'))");
+        SHOWS("calm ev");
+        QVERIFY(_peer.readAll().count("asked") < 100);
+        ::kill(pid_t(_peer.processId()), SIGSTOP);
+        QSignalSpy failed(&_menu, &TrayMenu::failed);
+        _menu.open();
+        QVERIFY(failed.wait(20000) && !_menu.responds());
+        QCOMPARE(text(&_menu), "calm ev");
+        ::kill(pid_t(_peer.processId()), SIGCONT);
+        QTRY_VERIFY_WITH_TIMEOUT(_menu.responds(), 20000);
+        for (const char *path : { "/Übung", "/nothing" }) {
+            _read("org.quorvane.menu", path);
+            _menu.open();
+            QVERIFY(failed.wait(20000) && _menu.count() == 0);
+        }
+        _read("org.quorvane.menu", "/menu");
+        SHOWS("calm ev");
     }
 };
 
-int main(int argc, char **argv)
-{
-    if (argc > 1 && !qstrcmp(argv[1], "icon"))
-        return runIcon(argc, argv);
-    QApplication application(argc, argv);
-    TrayMenuTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(TrayMenuTest)
 #include "tst_traymenu.moc"

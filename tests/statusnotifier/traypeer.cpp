@@ -23,9 +23,16 @@ static QObject *makePeer(const QString &role)
     if (role == "watcher")
         return new StatusNotifierWatcher(qApp);
     if (role == "icon") {
-        auto *icon = new QSystemTrayIcon(QPixmap(16, 16), qApp);
+        QPixmap red(16, 16);
+        red.fill(Qt::red);
+        auto *icon = new QSystemTrayIcon(red, qApp);
         const auto print = [](int reason) { QTextStream(stdout) << reason << '\n'; };
         QObject::connect(icon, &QSystemTrayIcon::activated, print);
+        auto *menu = new QMenu;
+        menu->addAction(icon->icon(), "&Red")->setShortcut(QKeySequence("Ctrl+R"));
+        QMenu *more = menu->addMenu("More");
+        QObject::connect(more, &QMenu::aboutToShow, [more] { more->addAction("Late"); });
+        icon->setContextMenu(menu);
         icon->show();
         return icon;
     }

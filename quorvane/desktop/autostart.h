@@ -17,8 +17,9 @@ namespace xdg {
 
     Nothing starts by itself, and of the Desktop Application Autostart Specification only the
     folders are followed: Hidden, OnlyShowIn and their like are for the caller to select by.
-    The programs are children of this process; they go on when the object is destroyed and when the
-    process ends. Debug lines go to the category AUTO_START(). */
+    The programs are children of this process and go on when the object is destroyed. When the
+    process has ended they go on until they write to their output, which nobody holds open any more.
+    Debug lines go to the category AUTO_START(). */
 class QUORVANE_EXPORT AutoStart : public QObject
 {
     Q_OBJECT
@@ -33,8 +34,8 @@ public Q_SLOTS:
         \a value, both trimmed and without regard to case, in order of the application ids.
 
         A null key or a null value starts every entry. An empty value that is not null starts the
-        entries that have the key empty or do not have it; from QML an empty string is never
-        null. */
+        entries that have the key empty or do not have it. From QML an empty text mostly arrives as
+        null: give a blank there, which is trimmed to the same. */
     void start(QString key = QString(), QString value = QString());
 
 private:

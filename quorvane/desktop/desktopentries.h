@@ -77,8 +77,8 @@ public:
     /*! The number of entries, whatever the \a parent. */
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
 
-    /*! The value of the role table. An unknown \a role writes a warning and gives an invalid
-        QVariant, and so does a row without an entry. */
+    /*! The value of the role table, invalid for a row without an entry. An unknown \a role gives an
+        invalid QVariant too, with a warning. */
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QHash<int, QByteArray> roleNames() const override;
 

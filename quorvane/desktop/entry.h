@@ -35,7 +35,8 @@ namespace xdg {
     <b>The program.</b> An entry has one child process for all that it runs: the main command, the
     start action and the stop action. The environment of the child is that of the application at
     the time when the entry was constructed, with QT_QPA_PLATFORM set to wayland-egl and without
-    QT_IM_MODULE. The child ends with its entry: destroying an entry kills the program.
+    QT_IM_MODULE. On X11 a Qt program ends at once with that, unless its command sets another platform
+    by env. The child ends with its entry: destroying an entry kills the program.
 
     An entry lives on the thread that created it and needs a running event loop there. */
 class QUORVANE_EXPORT Entry : public QObject
@@ -54,7 +55,7 @@ class QUORVANE_EXPORT Entry : public QObject
     Q_PROPERTY(QString desktopFile READ path WRITE setDesktopFile NOTIFY desktopFileChanged)
 
 public:
-    /*! Binds the new entry to the file at \a path. Nothing is read yet, and the file need not
+    /*! Binds the new entry to the file at \a path, which QSettings reads at once. The file need not
         exist. */
     explicit Entry(QString path, QObject *parent = nullptr);
 
@@ -93,7 +94,8 @@ public:
     /*! The value of "Desktop Entry/Icon". */
     QString icon() const;
 
-    /*! The process id of the program, 0 while there is none. */
+    /*! The process id of the program, 0 while there is none. Inside the dataChanged() that tells of
+        its end it is still the old number. */
     int pid() const;
 
 Q_SIGNALS:
@@ -129,13 +131,16 @@ public Q_SLOTS:
         "Desktop Action Start/Exec".
 
         The command is split into words by white space, quotes and backslashes. Among the words
-        behind the program %f and %u become the first of \a args; %F and %U take none; other field
-        codes are dropped, %i and %c with a warning. Arguments that no code asks for are dropped.
+        behind the program %f and %u become the first of \a args; %F and %U take none; %d, %D, %n,
+        %N, %v and %m are dropped, %i and %c with a warning. All else reaches the program as it is,
+        %k and %% too. Arguments that no code asks for are dropped.
 
         dataChanged() for the keywords follows each change of state: " starting" from within this
-        call, then " running" and " stopped". A program that can't be launched shows only as
-        " stopped". If the program of "Desktop Entry/Exec" runs already, raiseProcess() is emitted
-        and nothing else happens. An entry without any command writes a warning.
+        call, then " running" and " stopped". A program that can't be launched goes from " starting"
+        to " stopped", and an empty program name changes nothing at all. If the program of
+        "Desktop Entry/Exec" runs already, raiseProcess() is emitted and nothing else happens; a
+        start action that runs already gives Qt's warning alone. An entry without any command writes
+        a warning.
 
         To start a program again when it has ended, do so from the event loop and not from within
         the dataChanged() that tells of its end: its process is not free yet. */
@@ -144,7 +149,8 @@ public Q_SLOTS:
     /*! Ends the program and returns at once; the " stopped" comes through dataChanged().
 
         Without a "Desktop Action Stop/Exec" the program gets a SIGTERM, and nothing more if it
-        does not obey. With one, that command is run instead, with \a args for its field codes as in
+        does not obey; its own children get none. Inside the dataChanged() of " starting" this has no
+        effect, as the program has no number yet. With a stop action, that command is run instead, with \a args for its field codes as in
         start(). It runs in the entry's one process, so it has no effect as long as the program
         itself runs there: it suits a start command that hands over to a service and returns. */
     void stop(QStringList args);

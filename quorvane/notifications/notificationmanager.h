@@ -76,8 +76,11 @@ public:
         AppIdRole
     };
 
-    /*! Creates the service and registers it. A bus that is missing and a service name that is
-        taken are told as warnings; the model works without either. */
+    /*! Creates the service and registers it, and works as a model also where that fails.
+
+        If "org.freedesktop.Notifications" is taken, a warning says so, and
+        "com.zovar.NotificationManager" is claimed all the same; if that one is taken, nothing says
+        so. Without a bus there are three warnings. */
     explicit NotificationManager(QObject *parent = nullptr);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;

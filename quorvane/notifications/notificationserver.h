@@ -58,8 +58,9 @@ public:
     /*! Exports \a server under "/org/freedesktop/Notifications" of the session bus and claims the
         name "org.freedesktop.Notifications".
 
-        Only adaptors are exported: the NotificationsAdaptor has to exist by now. A missing bus and
-        a name that is taken each give a warning, and the caller is not told otherwise. The name is
+        Only adaptors are exported: the NotificationsAdaptor has to exist by now. A name that is
+        taken gives a warning, a missing bus gives two, and the caller is not told otherwise. The
+        name is
         asked for once and not watched. The server stays exported as long as it lives. */
     static void RegisterServerToDbus(XdgNotificationServer &server);
 

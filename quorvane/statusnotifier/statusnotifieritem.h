@@ -28,8 +28,9 @@ namespace xdg {
     \c xdg.system_tray.debug=true makes sure of it.
 
     The item registers once, in its constructor. A watcher that starts later, or starts again, does
-    not know it. A second item in one process has the same bus name and object path as the first:
-    it stays unpublished, without a message.
+    not know it. A process has one item: a second one has the same object path and stays
+    unpublished, without a message. If the Id differs, and with it the bus name, the tray shows the
+    first item twice.
 
     Every datum is a property under two names, in the spelling of the bus and in that of declarative
     code (the second name of Id is idItem). Both share the getter, the setter and the signal. A

@@ -32,7 +32,9 @@ namespace xdg {
 
     If the name has an owner already, or there is no bus, the watcher says so in a warning and stays
     inert for good: it publishes nothing, its getters answer an empty list, false and 1, and its
-    registration operations do nothing. It does not take over when the other owner leaves. */
+    registration operations do nothing. It does not take over when the other owner leaves. A second
+    watcher in the process of the first gets the name too, without a message, but the bus goes on
+    talking to the first. */
 class QUORVANE_EXPORT StatusNotifierWatcher : public QObject
 {
     Q_OBJECT
@@ -57,7 +59,9 @@ public:
 
     /*! Whether any host has registered.
 
-        A host is not forgotten when it leaves the bus: once true, the answer stays true. */
+        A host that registered under its plain bus name, as they usually do, is never forgotten: the
+        answer stays true. It turns false only when every host had a path behind its name and has
+        been noticed to leave, see StatusNotifierHostUnregistered(). */
     bool IsStatusNotifierHostRegistered() const;
 
     /*! Always 1. */
@@ -89,7 +93,8 @@ Q_SIGNALS:
 
     /*! The bus name of a host vanished. Goes out on the bus.
 
-        Only a host that registered with its bus name and an object path is noticed. */
+        Noticed are hosts that registered as the name with an object path behind it, and only if
+        the plain name is watched too: because a host or an item has registered with it. */
     void StatusNotifierHostUnregistered();
 
     /*! Never emitted: follow the two item signals. */

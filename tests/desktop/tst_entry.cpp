@@ -7,11 +7,11 @@
 
 using xdg::Entry;
 
-// Made before any entry, and so destroyed after what the entries share.
+// A static object of this type outlives what the entries of a thread share.
 struct AtExit
 {
     ~AtExit() { Entry().start({}); }
-} atExit;
+};
 
 class TestEntry : public QObject
 {
@@ -35,6 +35,7 @@ private Q_SLOTS:
 
     void withoutAFileEveryValueIsNull()
     {
+        static const AtExit atExit;
         const QString key = "Desktop Entry/Keywords";
         Entry entry;
         QVERIFY(entry.path().isNull() && entry.data(key).isNull() && entry.icon().isNull());

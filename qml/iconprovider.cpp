@@ -19,7 +19,7 @@ namespace {
 
 constexpr int defaultExtent = 64;
 constexpr int largestExtent = 4096;
-constexpr qint64 mostPixels = 32 * 1024 * 1024;
+constexpr qint64 mostPixels = Q_INT64_C(32) * 1024 * 1024;
 
 // Each dark enough for a white letter.
 constexpr QRgb tileColors[] = { 0xff3b6fd4, 0xff0f7c8f, 0xff2e7d4f, 0xff8a5a12, 0xffb4472f,
@@ -166,12 +166,14 @@ QImage tile(const QString &label, int extent)
     painter.setBrush(shade);
     painter.drawRoundedRect(image.rect(), extent * 0.24, extent * 0.24);
 
+    const QVector<uint> letters = label.trimmed().toUcs4();
+    const QString letter = QString::fromUcs4(letters.constData(), qMin(1, letters.size()));
     QFont font;
     font.setPixelSize(qMax(1, extent / 2));
     font.setBold(true);
     painter.setFont(font);
     painter.setPen(Qt::white);
-    painter.drawText(image.rect(), Qt::AlignCenter, label.trimmed().left(1).toUpper());
+    painter.drawText(image.rect(), Qt::AlignCenter, letter.toUpper());
     return image;
 }
 

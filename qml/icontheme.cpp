@@ -2,6 +2,7 @@
 
 #include <quorvane/basedir/basedir.h>
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
@@ -11,8 +12,11 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 
 namespace {
+
+constexpr int forgetAfter = 1000; // Milliseconds.
 
 template<typename Object, void (*release)(Object *)>
 struct Release
@@ -89,24 +93,34 @@ void chooseTheme()
         QIcon::setThemeName(*theme);
 }
 
-} // namespace
-
-QImage themeIcon(const QString &name, const QSize &size)
+QIcon find(const QString &name)
 {
-    static const bool chosen = [] {
-        chooseTheme();
-        return true;
-    }();
-    Q_UNUSED(chosen)
-    // Themes are not left by way of a name.
-    if (name.isEmpty() || name.contains(QLatin1Char('/')))
-        return {};
     QString bare = name;
     bare.remove(QRegularExpression(QStringLiteral("\\.(png|svg|xpm)$")));
     for (const QString &form : { name, bare, bare + QLatin1String("-symbolic") }) {
         const QIcon icon = QIcon::fromTheme(form);
         if (!icon.isNull())
-            return icon.pixmap(size).toImage();
+            return icon;
     }
     return {};
+}
+
+} // namespace
+
+QImage themeIcon(const QString &name, const QSize &size)
+{
+    static std::once_flag once;
+    std::call_once(once, chooseTheme);
+    // Themes are not left by way of a name.
+    if (name.isEmpty() || name.contains(QLatin1Char('/')))
+        return {};
+    QIcon icon = find(name);
+    // QIcon remembers what it did not find, but a package may bring its icons after its entry.
+    static QDeadlineTimer patience;
+    if (icon.isNull() && patience.hasExpired()) {
+        patience.setRemainingTime(forgetAfter);
+        QIcon::setThemeSearchPaths(QIcon::themeSearchPaths());
+        icon = find(name);
+    }
+    return icon.pixmap(size).toImage();
 }

@@ -16,7 +16,7 @@ Q_GLOBAL_STATIC(Store, store)
 
 quint64 number(const QString &source)
 {
-    return source.mid(source.lastIndexOf(QLatin1Char('/')) + 1).toULongLong();
+    return source.section(QLatin1Char('/'), -1).toULongLong();
 }
 
 } // namespace

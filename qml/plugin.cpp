@@ -43,7 +43,6 @@ public:
                 uri, 1, 1, "BaseDirectories",
                 [](QQmlEngine *, QJSEngine *) -> QObject * { return new BaseDirectories; });
 
-
         registerType<xdg::Entry>(uri, "Entry");
         registerType<xdg::DesktopEntries>(uri, "DesktopEntries");
         registerType<xdg::DesktopFilter>(uri, "DesktopFilter");

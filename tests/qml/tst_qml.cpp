@@ -2,8 +2,10 @@
 
 #include "patience.h"
 
+#include <QAbstractItemModelTester>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QStandardItemModel>
 
 #include <memory>
 
@@ -100,6 +102,53 @@ private Q_SLOTS:
         for (const char *summary : { "First", "Second", "Third" })
             xdg::serverNotify(manager, {}, 0, {}, summary, {}, {}, {}, 0);
         QCOMPARE(_run(object), "3Third");
+    }
+
+    void theProxySortsAndFindsWords()
+    {
+        QStandardItemModel source(0, 1);
+        const auto object = _create(R"(SortFilterProxyModel {
+            filterRoleNames: ['name', 'tags']
+            function find(text, role, order) {
+                filterText = text; sortRoleName = role; sortOrder = order
+                return names()
+            }
+            function names() {
+                return Array.from({ length: count }, (_, row) => get(row).name).join('+')
+            }
+            function run() {
+                return [find('', 'name', 0), find('', 'size', 1), find('UBER tool gpa', '', 0),
+                        find('isk', '', 0), find('ART', '', 0), sourceRow(0), find('c++', 'name', 0)].join()
+            }
+        })");
+        auto *proxy = qobject_cast<QAbstractItemModel *>(object.get());
+        QAbstractItemModelTester tester(proxy,
+                                        QAbstractItemModelTester::FailureReportingMode::Fatal);
+        object->setProperty("sourceModel", QVariant::fromValue<QAbstractItemModel *>(&source));
+        object->setProperty("filterRole", 1001);
+        object->setProperty("filterRegularExpression", QRegularExpression("^[^x]"));
+        source.insertRows(0, 4);
+        source.setItemRoleNames({ { 1001, "name" }, { 1002, "tags" }, { 1003, "size" } });
+        source.setItemData(source.index(0, 0), { { 1001, "gnu" }, { 1002, "c++" }, { 1003, 9 } });
+        source.setItemData(source.index(1, 0), { { 1001, "GParted" },
+                                                 { 1002, QStringList { "disk tools", "Über" } },
+                                                 { 1003, 10 } });
+        source.setItemData(source.index(2, 0),
+                           { { 1001, "Geany" }, { 1002, "c++" }, { 1003, 100 } });
+        source.setItemData(source.index(3, 0), { { 1001, "xgnu" } });
+        QCOMPARE(_run(object), "Geany+gnu+GParted,Geany+GParted+gnu,GParted,,GParted,1,Geany+gnu");
+
+        QCoreApplication::sendPostedEvents(proxy);
+        const QSignalSpy changed(proxy, &QAbstractItemModel::dataChanged);
+        source.blockSignals(true);
+        source.item(2)->setData("Xfce", 1001);
+        source.item(1)->setData("c++", 1002);
+        source.blockSignals(false);
+        for (int i = 0; i < 2; ++i)
+            Q_EMIT source.dataChanged({}, {}); // As the plain models do for a row that is gone.
+        QTRY_COMPARE(changed.size(), 1);
+        QCOMPARE(changed[0][1].toModelIndex(), proxy->index(2, 0));
+        QCOMPARE(_run(object, "names"), "gnu+GParted+Xfce");
     }
 
     void theTrayClicksItsItem()

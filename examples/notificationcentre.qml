@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import Quorvane 1.1
 
-// A notification centre. A click means a notification's default action, or that it has been read.
+// What is pending, newest first. A click is the default action, or means that it has been read.
 Window {
     width: 360; height: 480; visible: true
     title: notifications.registered ? "Notifications" : "Shown by " + notifications.owner.name
@@ -12,26 +12,26 @@ Window {
     ListView {
         anchors.fill: parent
         model: notifications
-        spacing: 12
         delegate: MouseArea {
             id: card
             readonly property int number: model.id
-            width: 360; height: content.height
+            width: 360; height: Math.max(content.height, 56)
             onClicked: model.hasDefault ? notifications.invoke(number, "default")
                                         : notifications.dismiss(number)
 
-            Image { width: 48; height: 48; source: model.iconSource; sourceSize: Qt.size(48, 48) }
+            Image { source: model.iconSource; width: 48; height: 48; sourceSize: Qt.size(48, 48) }
             Column {
-                id: content
-                x: 60; width: 300
-                Text { text: model.summary; textFormat: Text.PlainText; font.bold: model.urgency > 1 }
-                Text { text: model.styledBody; textFormat: Text.StyledText; wrapMode: Text.Wrap
-                       width: 300; onLinkActivated: Qt.openUrlExternally(link) }
-                Rectangle { color: "steelblue"; width: 3 * model.progress; height: 4; visible: width > 0 }
+                id: content; x: 60; width: 290; bottomPadding: 12
+                Text { text: model.summary; font.bold: model.urgency > 1; textFormat: Text.PlainText }
+                Text { text: model.styledBody; width: 290; wrapMode: Text.Wrap; textFormat: Text.StyledText
+                       onLinkActivated: Qt.openUrlExternally(link) }
+                Rectangle { width: 2.9 * model.progress; height: 4; visible: width > 0; color: "steelblue" }
                 Repeater {
                     model: actions
-                    Text { text: "▸ " + modelData.text
-                           MouseArea { anchors.fill: parent; onClicked: notifications.invoke(card.number, modelData.key) } }
+                    Text {
+                        text: "▸ " + modelData.text
+                        MouseArea { anchors.fill: parent; onClicked: notifications.invoke(card.number, modelData.key) }
+                    }
                 }
             }
         }

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr int longestSide = 320;
-constexpr qint64 mostBytes = 40 * 1024 * 1024;
+constexpr qint64 mostBytes = 40LL * 1024 * 1024;
 
 // Within what a notification shows. The first, rough step keeps large pictures cheap.
 QImage scaled(const QImage &image)

@@ -145,18 +145,21 @@ QImage painted(const QImage &picture, const QColor &color)
     return image;
 }
 
+QColor tileColor(const QString &label)
+{
+    if (label.isEmpty())
+        return { 128, 128, 128, 96 };
+    const QByteArray bytes = label.toUtf8();
+    const uint sum = qChecksum(bytes.constData(), static_cast<uint>(bytes.size()));
+    return tileColors[sum % std::size(tileColors)];
+}
+
 QImage tile(const QString &label, int extent)
 {
     QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
 
-    const QByteArray bytes = label.toUtf8();
-    const QColor color
-            = label.isEmpty()
-                      ? QColor(128, 128, 128, 96)
-                      : QColor(
-                              tileColors[qChecksum(bytes.constData(), static_cast<uint>(bytes.size()))
-                                         % std::size(tileColors)]);
+    const QColor color = tileColor(label);
     QLinearGradient shade(0, 0, 0, extent);
     shade.setColorAt(0, color.lighter(112));
     shade.setColorAt(1, color);
@@ -240,8 +243,9 @@ QImage IconProvider::_icon(const QString &id, QSize *size, const QSize &requeste
         if (!image.isNull())
             return image;
     }
-    const QImage image = _themeIcon(name, QSize(1, 1) * extent(requestedSize));
-    return scaled(image, fitted(image.size(), QSize(1, 1) * extent(requestedSize)));
+    const QSize square = QSize(1, 1) * extent(requestedSize);
+    const QImage image = _themeIcon(name, square);
+    return scaled(image, fitted(image.size(), square));
 }
 
 QImage IconProvider::_themeIcon(const QString &name, const QSize &size) const

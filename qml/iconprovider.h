@@ -10,8 +10,8 @@ class QQmlEngine;
 // The pictures of image://quorvane for Image, at the size in pixels that its sourceSize makes on its
 // screen, in their own proportions:
 //
-// - icon/NAME: the icon of a theme, an absolute path, or a file URL (no other scheme). Paths may come
-//   without, names with an ending ".png", ".svg" or ".xpm".
+// - icon/NAME: an icon by its name in the theme, an absolute path, or a file URL (no other scheme).
+//   Paths may come without an ending, names with one: ".png", ".svg" or ".xpm".
 // - icon/NAME/FOLDER: the same, but looked for in the folder first, which is flat or has the
 //   folders of the theme hicolor.
 // - pixels/NUMBER: a picture of ImageStore.
@@ -22,7 +22,7 @@ class QQmlEngine;
 // - color=COLOR: the colour in which icons of one grey are shown, which are made for one colour
 //   scheme: symbolic ones, and many of the tray. Other pictures stay as they are.
 // - label=TEXT: the tile for a missing picture has the first letter of this, and a colour that
-//   depends on it; without it is grey and blank.
+//   depends on it; without a label it is grey and blank.
 //
 // Without a sourceSize files and pixels have their own size, and the icons of themes 64 pixels.
 class IconProvider : public QQuickImageProvider

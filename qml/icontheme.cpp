@@ -122,5 +122,7 @@ QImage themeIcon(const QString &name, const QSize &size)
         QIcon::setThemeSearchPaths(QIcon::themeSearchPaths());
         icon = find(name);
     }
-    return icon.pixmap(size).toImage();
+    QPixmap pixmap = icon.pixmap(size);
+    pixmap.setDevicePixelRatio(1); // Another one with Qt::AA_UseHighDpiPixmaps.
+    return pixmap.toImage();
 }

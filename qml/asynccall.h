@@ -11,7 +11,7 @@
 QDBusPendingCall callAsync(const QString &service, const QString &path, const QString &interface,
                            const QString &method, const QVariantList &arguments = {});
 // Calls the bus itself, org.freedesktop.DBus.
-QDBusPendingCall callBus(const QString &method, const QVariantList &arguments);
+QDBusPendingCall callBus(const QString &method, const QVariantList &arguments = {});
 
 // Gives the answer of a call, or the error that came in its place, to a function of a QDBusMessage.
 // The function is not called when the context has gone by then.

@@ -8,6 +8,7 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -118,8 +119,24 @@ void TrayRegistry::_keepRegistry()
         watcher->add(item);
     _watcher = std::move(watcher);
     whenAnswered(requestName(registryName()), this, [this](const QDBusMessage &answer) {
-        if (!isNameOurs(answer))
+        if (isNameOurs(answer))
+            _findItems();
+        else
             _watcher.reset();
+    });
+}
+
+// Most items register again with a new registry. Those that don't are known by their names.
+void TrayRegistry::_findItems()
+{
+    whenAnswered(callBus(QStringLiteral("ListNames")), this, [this](const QDBusMessage &answer) {
+        static const QRegularExpression itemName(
+                QStringLiteral("^org\\.(quorvane\\..+|kde\\.StatusNotifierItem)-\\d+(-\\d+)?\\z"));
+        const QStringList names = answer.arguments().value(0).toStringList().filter(itemName);
+        for (const QString &name : names) {
+            if (_watcher)
+                _watcher->add(TrayAddress::fromText(name));
+        }
     });
 }
 

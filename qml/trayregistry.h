@@ -44,6 +44,7 @@ private Q_SLOTS:
 private:
     void _follow(const QString &owner);
     void _keepRegistry();
+    void _findItems();
     void _register();
     void _askForProcess();
     void _add(const TrayAddress &item);

@@ -1,0 +1,241 @@
+#include "imagestore.h"
+#include "tray.h"
+#include "traymenu.h"
+
+#include <QQmlApplicationEngine>
+#include <QWindow>
+#include <QtTest>
+
+#include <csignal>
+#include <memory>
+
+// A program with items or a registry, of the library or in Python. It ends with the object.
+struct Peer : QProcess
+{
+    explicit Peer(const QString &what, const QString &name = "peer")
+    {
+        setProcessChannelMode(MergedChannels);
+        what.endsWith(".py") ? start("/usr/bin/python3", { what })
+                             : start(TRAYPEER, { what, name });
+        QTRY_VERIFY_WITH_TIMEOUT(says("ready"), 20000);
+    }
+    ~Peer() override
+    {
+        kill();
+        waitForFinished();
+    }
+    void tell(const QByteArray &line) { write(line + '\n'); }
+    bool says(const QByteArray &text, int times = 1) { return peek(99999).count(text) >= times; }
+};
+
+// The values of some roles in all rows.
+static QString text(const Tray &tray, const QString &roles)
+{
+    QStringList rows;
+    for (int row = 0; row < tray.rowCount(); ++row) {
+        QStringList values;
+        for (const QString &role : roles.split(' '))
+            values += tray.get(row).value(role).toString();
+        rows += values.join('|');
+    }
+    return rows.join(", ");
+}
+static QString key(const Tray &tray, int row)
+{
+    return tray.get(row).value("key").toString();
+}
+#define SHOWS(tray, roles, rows) QTRY_COMPARE_WITH_TIMEOUT(text(tray, roles), QString(rows), 20000)
+#define SAYS(peer, ...) QTRY_VERIFY_WITH_TIMEOUT((peer).says(__VA_ARGS__), 20000)
+
+class TrayTest : public QObject
+{
+    Q_OBJECT
+
+    QProcess _xvfb;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        _xvfb.start("Xvfb", { "-displayfd", "1", "-screen", "0", "64x64x24" });
+        QTRY_VERIFY_WITH_TIMEOUT(_xvfb.canReadLine(), 20000);
+        qputenv("DISPLAY", ':' + _xvfb.readLine().trimmed());
+        qputenv("QT_QPA_PLATFORM", "xcb"); // Of the peers.
+    }
+    void cleanupTestCase()
+    {
+        _xvfb.kill();
+        _xvfb.waitForFinished();
+    }
+
+    void itemsOfAllKindsAreShownAndClicked()
+    {
+        Peer first("item", "twin"), second("item", "twin"); // They register once, and nowhere.
+        Tray tray;
+        const QAbstractItemModelTester tester(&tray);
+        SHOWS(tray, "itemId", "twin, twin");
+        Peer icon("icon", "icon");
+        SHOWS(tray, "itemId", "twin, twin, icon");
+        Peer indicator(MENUPEER);
+        indicator.tell("indicator.set_status(1); indicator.set_title('Kettle')");
+        SHOWS(tray, "itemId toolTip status hasMenu",
+              "twin|twin|Active|false, twin|twin|Active|false, icon|icon|Active|true, "
+              "kettle|Kettle|Active|true");
+        QVERIFY(!ImageStore::find(tray.get(2).value("iconSource").toString()).isNull());
+
+        const bool inOrder = key(tray, 0).contains(QString::number(first.processId()));
+        tray.activate(key(tray, inOrder ? 0 : 1), 1, -2);
+        tray.secondaryActivate(key(tray, inOrder ? 1 : 0), 3, 4);
+        tray.activate(key(tray, 2), 0, 0);
+        SAYS(first, "first 1 4294967294");
+        SAYS(second, "second 3 4");
+        SAYS(icon, "\n3\n");
+        // An indicator can't be activated: that is found out once.
+        QSignalSpy menus(&tray, &Tray::menuRequested);
+        const QString indicatorKey = key(tray, 3);
+        for (int x : { 5, 6 }) {
+            tray.activate(indicatorKey, x, 0);
+            QVERIFY(!menus.isEmpty() || menus.wait(20000));
+            QCOMPARE(menus.takeFirst(), QVariantList({ indicatorKey, x, 0 }));
+            QVERIFY(tray.get(3).value("isMenu").toBool());
+        }
+        const QPointer<TrayMenu> menu = tray.menu(indicatorKey);
+        QTRY_COMPARE_WITH_TIMEOUT(menu->count(), 5, 20000);
+        QVERIFY(!tray.menu(key(tray, 0)) && !tray.menu("unknown"));
+        for (Peer *peer : { &second, &indicator })
+            peer->kill();
+        SHOWS(tray, "itemId", "twin, icon");
+        QTRY_VERIFY(!menu);
+    }
+
+    void changesAreReadTogether()
+    {
+        Tray tray;
+        Peer peer(ITEMPEER);
+        peer.tell("register('/item')");
+        SHOWS(tray, "itemId title", "odd|");
+        peer.tell("change(Title='a'); change(Title='b')");
+        SHOWS(tray, "title", "b");
+        SAYS(peer, "GetAll", 2);
+        peer.tell("item.held = True; change(Title='c')");
+        SAYS(peer, "GetAll", 3);
+        peer.tell("for i in range(99): change(Title='d')");
+        peer.tell("item.held(values); item.held = None");
+        SAYS(peer, "GetAll", 4);
+        peer.tell("change(Title='e')");
+        SHOWS(tray, "title", "e");
+        QVERIFY(peer.says("GetAll", 5) && !peer.says("GetAll", 6));
+    }
+
+    void aStoppedItemHoldsUpNobody()
+    {
+        Tray tray;
+        Peer stopped(ITEMPEER);
+        stopped.tell("register('/item')");
+        SHOWS(tray, "itemId", "odd");
+        Peer other("item", "other");
+        SHOWS(tray, "itemId", "odd, other");
+        kill(pid_t(stopped.processId()), SIGSTOP);
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 0; i < 1000; ++i) {
+            tray.activate(key(tray, 0), i, i);
+            tray.scroll(key(tray, 0), i);
+        }
+        QVERIFY(clock.elapsed() < 2000);
+        other.tell("title x");
+        SHOWS(tray, "itemId title responds", "odd||false, other|x|true");
+        kill(pid_t(stopped.processId()), SIGCONT);
+        SHOWS(tray, "responds", "true, true");
+        SAYS(stopped, "scroll 999 vertical");
+    }
+
+    void theRegistryMayChangeHands()
+    {
+        auto registry = std::make_unique<Peer>("watcher");
+        Peer early("item", "early");
+        auto tray = std::make_unique<Tray>();
+        Tray other;
+        const QAbstractItemModelTester tester(&other);
+        SHOWS(*tray, "itemId", "early");
+        SHOWS(other, "itemId", "early");
+        QTRY_COMPARE(other.owner().value("pid").toLongLong(), registry->processId());
+        QCOMPARE(other.owner().value("name"), "traypeer");
+        QSignalSpy removals(&other, &Tray::rowsRemoved);
+        registry.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(other.owner().isEmpty() && other.isRegistered(), 20000);
+        Peer late("item", "late");
+        SHOWS(*tray, "itemId", "early, late");
+        tray.reset(); // It was the first of this process, and kept the registry.
+        Peer last("item", "last");
+        SHOWS(other, "itemId", "early, late, last");
+        QCOMPARE(removals.size(), 0);
+    }
+
+    void strangersRegister()
+    {
+        Tray tray;
+        Peer rude(ITEMPEER), peer(ITEMPEER);
+        rude.tell("for i in range(99): register('/path%d' % i)"); // There are no such objects.
+        SAYS(rude, "LimitsExceeded");
+        peer.tell("register('org.example.nobody')");
+        for (const char *text : { "", "word", "a b", "org.\xc3\x9c.x", "org.x+", ":1.", "/a//b",
+                                  "/a/", "org.3d", "a.%s' % ('b' * 99999) + '" })
+            peer.tell(QByteArray("register('") + text + "')");
+        SAYS(peer, "InvalidArgs", 10);
+        peer.tell("register(bus.get_unique_name() + '/item')");
+        SHOWS(tray, "itemId", "odd");
+    }
+
+    void strangersSendValues_data()
+    {
+        QTest::addColumn<QString>("expected"); // The width of the picture goes first.
+        const auto add = [](const QByteArray &values, const QString &expected) {
+            QTest::addRow("%s", values.constData()) << expected;
+        };
+        add("Title=5, Status='x', Menu='no', ToolTip='x', ItemIsMenu='x', IconPixmap=5, Id=5",
+            "0||Active|false|false|");
+        add("Title='t' * 9999999, IconName='i' * 99999",
+            QString("0|%1|Active|false|false|%1").arg(QString(1000, 't')));
+        add("ToolTip=('', pictures(), 'A', 'b<br><i>c</i>'), Menu=dbus.ObjectPath('/m')",
+            "0||Active|true|false|A\nb\nc");
+        add("ItemIsMenu=True, Menu=dbus.ObjectPath('/'), Status='Passive'",
+            "0||Passive|false|true|odd");
+        add("IconPixmap=pictures((16, 16, 256), (64, 64, 4096), (300, 300, 90000))",
+            "64||Active|false|false|odd");
+        add("AttentionIconPixmap=pictures((16, 16, 256)), Status='NeedsAttention'",
+            "16||NeedsAttention|false|false|odd");
+        add("IconPixmap=pictures((-1, -1, 1), (0, 0, 0), (2, 2, 5), (65536, 65536, 0))",
+            "0||Active|false|false|odd");
+    }
+    void strangersSendValues()
+    {
+        Tray tray;
+        Peer peer(ITEMPEER);
+        peer.tell(QByteArray("change(") + QTest::currentDataTag() + "); register('/item')");
+        QTRY_COMPARE_WITH_TIMEOUT(tray.rowCount(), 1, 20000);
+        const QImage image = ImageStore::find(tray.get(0).value("iconSource").toString());
+        QTEST(QString::number(image.width()) + '|'
+                      + text(tray, "title status hasMenu isMenu toolTip"),
+              "expected");
+        QVERIFY(image.isNull() || image.pixel(3, 3) == 0xff008040);
+    }
+
+    void theExampleIsATray()
+    {
+        QQmlApplicationEngine engine;
+        engine.addImportPath(IMPORT_PATH);
+        engine.load(QUrl::fromLocalFile(EXAMPLE));
+        auto *window = qobject_cast<QWindow *>(engine.rootObjects().value(0));
+        const auto click = [window](Qt::MouseButton button, int x, int y) {
+            QTest::mouseClick(window, button, {}, { x, y });
+        };
+        Peer item("item", "item"), indicator(MENUPEER);
+        indicator.tell("indicator.set_status(1)");
+        SAYS((click(Qt::LeftButton, 9, 9), item), "first");
+        SAYS((click(Qt::RightButton, 40, 9), click(Qt::LeftButton, 9, 48), indicator),
+             "clicked _Open");
+    }
+};
+
+QTEST_MAIN(TrayTest)
+#include "tst_tray.moc"

@@ -21,11 +21,9 @@ foreach(header_root IN ITEMS "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}")
         PATTERN "Quorvane_autogen" EXCLUDE
     )
 endforeach()
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/quorvane/"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces"
-    COMPONENT development
-    FILES_MATCHING PATTERN "*.xml"
-)
+file(GLOB bus_interfaces CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/quorvane/*/*.xml")
+install(FILES ${bus_interfaces} DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces"
+    COMPONENT development)
 
 configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/QuorvaneConfig.cmake.in"
     "${generated_dir}/QuorvaneConfig.cmake" INSTALL_DESTINATION "${package_dir}")

@@ -2,18 +2,17 @@
 # Sourced by ./check, ./demo and ./bench.
 
 packages='
+    build-essential
     clang
     clang-format
     clang-tidy
     clazy
     cmake
     dbus
+    debhelper
     doxygen
-    dpkg-dev
     dunst
-    file
     fonts-dejavu-core
-    g++
     gir1.2-ayatanaappindicator3-0.1
     gir1.2-notify-0.7
     git
@@ -23,11 +22,13 @@ packages='
     libglib2.0-dev
     libnotify-bin
     libqt5svg5
+    lintian
     llvm
     ninja-build
     pkg-config
     python3-dbus
     python3-gi
+    qml
     qml-module-qtquick-layouts
     qml-module-qtquick-templates2
     qml-module-qtquick-window2

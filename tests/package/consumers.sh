@@ -1,6 +1,6 @@
 #!/bin/sh
-# Uses a build as a stranger would, from an empty root: installed there by CMake or unpacked from the
-# Debian packages, and found by CMake and by pkg-config.
+# Uses the library as a stranger would, from an empty root: installed there by CMake or unpacked from
+# the Debian packages, and found by CMake, by pkg-config and by QML.
 set -eu
 
 if [ $# -ne 4 ] || [ "$1" = --help ]; then
@@ -9,37 +9,42 @@ if [ $# -ne 4 ] || [ "$1" = --help ]; then
 fi
 how=$1 cmake=$2 build=$3 work=$4
 here=$(dirname "$(readlink -f "$0")")
-examples=$here/../../examples
 prefix=$work/root/usr
 
 rm -rf "$work"
 if [ "$how" = install ]; then
     "$cmake" --install "$build" --prefix "$prefix" >/dev/null
 else
-    (mkdir -p "$work/packages" && cd "$work/packages" && cpack --config "$build/CPackConfig.cmake")
-    dpkg-deb --field "$work"/packages/libquorvane1_*.deb Depends | grep libqt5dbus5
-    dpkg-deb --field "$work"/packages/qml-module-quorvane_*.deb Depends | grep libquorvane1
-    for package in "$work"/packages/libquorvane*.deb; do
-        dpkg-deb --extract "$package" "$work/root"
-    done
+    "$here/packages.sh" "$work"
 fi
-libdir=$(dirname "$(find "$prefix" -name libquorvane.so.1.1.0)")
+libdir=$(dirname "$(find "$prefix" -name libquorvane.so)")
+export PKG_CONFIG_PATH="$libdir/pkgconfig"
+version=$(pkg-config --modversion quorvane)
+
+[ "$version" = "$(dpkg-parsechangelog --file "$here/../../debian/changelog" --show-field Version)" ]
 [ "$(readlink "$libdir/libquorvane.so")" = libquorvane.so.1 ]
-[ "$(readlink "$libdir/libquorvane.so.1")" = libquorvane.so.1.1.0 ]
-if find "$prefix/include" -name '*_p.h' | grep .; then
-    echo 'private headers are installed' >&2
+[ "$(readlink "$libdir/libquorvane.so.1")" = "libquorvane.so.$version" ]
+[ -f "$prefix/share/dbus-1/interfaces/org.freedesktop.Notifications.xml" ]
+if find "$prefix" -name '*_p.h' -o -type d -empty | grep .; then
+    echo 'private headers or empty folders are installed' >&2
     exit 1
 fi
 
+export XDG_DATA_DIRS="$here/../../examples"
 "$cmake" -S "$here/consumer" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
     -DHEADERS_DIR="$prefix/include" >/dev/null
 "$cmake" --build "$work/cmake"
-"$work/cmake/consumer" "$examples"
+"$work/cmake/consumer"
 
-PKG_CONFIG_PATH=$libdir/pkgconfig
-export PKG_CONFIG_PATH
-[ "$(pkg-config --modversion quorvane)" = 1.1.0 ]
 # shellcheck disable=SC2046 # The flags are separate words.
 c++ -std=c++17 -fPIC -o "$work/pkgconfig" "$here/consumer/main.cpp" \
     $(pkg-config --cflags --libs quorvane)
-LD_LIBRARY_PATH=$libdir "$work/pkgconfig" "$examples"
+LD_LIBRARY_PATH=$libdir "$work/pkgconfig"
+
+qmldir=$(find "$prefix" -name qmldir)
+[ -n "$qmldir" ] || exit 0 # Whoever builds may do without the module.
+export QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software
+export QML2_IMPORT_PATH="${qmldir%/Quorvane/qmldir}"
+# A package leaves it to the system to find the library, which knows nothing of this root.
+[ "$how" = install ] || export LD_LIBRARY_PATH="$libdir"
+"$(pkg-config --variable=host_bins Qt5Core)/qml" "$here/consumer/page.qml"

@@ -14,4 +14,4 @@ here=$(dirname "$(readlink -f "$0")")
     -DCMAKE_DISABLE_FIND_PACKAGE_Qt5Test=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON \
     -DCMAKE_DISABLE_FIND_PACKAGE_Doxygen=ON -DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON
 "$1" --build "$2"
-"$2/consumer" "$here/../../examples"
+XDG_DATA_DIRS="$here/../../examples" "$2/consumer"

@@ -1,16 +1,30 @@
 #!/bin/sh
-# Compares the symbols that the library exports with the list of this version.
+# Compares the symbols that the library exports with the list of the Debian package.
 set -eu
 
 if [ $# -ne 2 ] || [ "$1" = --help ]; then
-    echo 'usage: symbols.sh LIBRARY LIST     (--print LIBRARY: what it exports)' >&2
+    echo 'usage: symbols.sh --check LIBRARY     fails if one is missing, or not in the list' >&2
+    echo '       symbols.sh --update LIBRARY    writes the list anew; what stays keeps its version' >&2
     exit 2
 fi
-symbols() {
-    nm --dynamic --defined-only --demangle "$1" | cut -d ' ' -f 3- | LC_ALL=C sort -u
-}
-if [ "$1" = --print ]; then
-    symbols "$2"
+library=$(readlink -f "$2")
+cd "$(dirname "$0")/../.."
+list=debian/libquorvane1.symbols
+
+# listed SYMBOL: its line of the list. One demangled name stands for all variants of a constructor.
+listed() { grep -F "(c++)\"$1@Base\" " "$list"; }
+version=$(dpkg-parsechangelog --show-field Version)
+
+if [ "$1" = --check ]; then
+    # A symbol is missed only by a version after the one that it came with.
+    dpkg-gensymbols -plibquorvane1 -v"$version+" -I"$list" -e"$library" -O/dev/null -c4
 else
-    symbols "$1" | diff -u "$2" -
+    {
+        grep -v '^ ' "$list"
+        nm --dynamic --defined-only --demangle "$library" | cut -d ' ' -f 3- | LC_ALL=C sort -u |
+            while read -r symbol; do
+                listed "$symbol" || echo " (c++)\"$symbol@Base\" $version"
+            done
+    } >"$list.new"
+    mv "$list.new" "$list"
 fi

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Builds the library as a part of another tree, with all its options off and nothing but Qt's Core,
-# Gui and DBus to be found.
+# Builds the library as a part of another tree: with nothing but Qt's Core, Gui and DBus to be found,
+# and without looking for what the QML module needs when it isn't wanted.
 set -eu
 
 if [ $# -ne 2 ] || [ "$1" = --help ]; then
@@ -8,10 +8,19 @@ if [ $# -ne 2 ] || [ "$1" = --help ]; then
     exit 2
 fi
 here=$(dirname "$(readlink -f "$0")")
+configure() {
+    "$@" -S "$here/consumer" -G Ninja -DQUORVANE_SOURCE_DIR="$here/../.." -DBUILD_TESTING=OFF
+}
+rm -rf "$2"
 
-"$1" -S "$here/consumer" -B "$2" -G Ninja -DQUORVANE_SOURCE_DIR="$here/../.." \
-    -DBUILD_TESTING=OFF -DCMAKE_DISABLE_FIND_PACKAGE_Qt5Qml=ON \
-    -DCMAKE_DISABLE_FIND_PACKAGE_Qt5Test=ON -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON \
-    -DCMAKE_DISABLE_FIND_PACKAGE_Doxygen=ON -DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON
-"$1" --build "$2"
-XDG_DATA_DIRS="$here/../../examples" "$2/consumer"
+configure "$1" -B "$2/wanted" -DQUORVANE_BUILD_QML=OFF
+if grep -E '^(Qt5(Qml|Quick|Test|Widgets)_DIR|PKG_CONFIG|GIO|DOXYGEN|benchmark)' \
+    "$2/wanted/CMakeCache.txt"; then
+    echo 'more is looked for than is needed' >&2
+    exit 1
+fi
+
+configure "$1" -B "$2/found" -DCMAKE_DISABLE_FIND_PACKAGE_Qt5Quick=ON \
+    -DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON
+"$1" --build "$2/found"
+XDG_DATA_DIRS="$here/../../examples" "$2/found/consumer"

@@ -63,8 +63,8 @@ Applications::Applications(QObject *parent)
 {
     connect(_list.data(), &ApplicationList::changed, this, &Applications::_listChanged);
     connect(Programs::instance(), &Programs::changed, this, &Applications::_programsChanged);
-    for (auto change : { &Applications::rowsInserted, &Applications::rowsRemoved })
-        connect(this, change, this, &Applications::countChanged);
+    connect(this, &Applications::rowsInserted, this, &Applications::countChanged);
+    connect(this, &Applications::rowsRemoved, this, &Applications::countChanged);
 
     _listChanged();
 }
@@ -314,7 +314,8 @@ void Applications::_insert(const Rows &wanted)
         while (end < wanted.size() && !present.contains(wanted.at(end)->appId))
             ++end;
         beginInsertRows({}, row, end - 1);
-        _rows = _rows.mid(0, row) + wanted.mid(row, end - row) + _rows.mid(row);
+        _rows.insert(row, end - row, ApplicationPointer());
+        std::copy(wanted.cbegin() + row, wanted.cbegin() + end, _rows.begin() + row);
         endInsertRows();
         row = end - 1;
     }

@@ -17,6 +17,8 @@ QStringList uris(const QList<QUrl> &urls)
 {
     QStringList uris;
     for (const QUrl &url : urls) {
+        if (url.isEmpty())
+            continue;
         const QUrl full = url.isRelative() ? QUrl::fromLocalFile(url.path()) : url;
         uris += QString::fromLatin1(full.toEncoded());
     }

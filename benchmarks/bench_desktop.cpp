@@ -1,4 +1,4 @@
-#include "applications.h"
+#include "desktopfiles.h"
 #include "table.h"
 
 #include <benchmark/benchmark.h>
@@ -12,11 +12,11 @@
 // instances of another.
 namespace {
 
-const Applications &applications(int count)
+const DesktopFiles &applications(int count)
 {
-    static QMap<int, const Applications *> made;
+    static QMap<int, const DesktopFiles *> made;
     if (!made.contains(count))
-        made.insert(count, new Applications(count));
+        made.insert(count, new DesktopFiles(count));
     made[count]->use();
     return *made[count];
 }

@@ -1,6 +1,6 @@
 #include <quorvane/desktop/desktopentries.h>
 
-#include "applications.h"
+#include "desktopfiles.h"
 #include "table.h"
 
 #include <benchmark/benchmark.h>
@@ -19,7 +19,7 @@ namespace {
 // From the moment when a watcher of the directory reports the change to the announced row.
 void addOneFile(benchmark::State &state)
 {
-    const Applications made(static_cast<int>(state.range(0)));
+    const DesktopFiles made(static_cast<int>(state.range(0)));
     QFileSystemWatcher watcher({ made.directory() });
     xdg::DesktopEntries model;
     int number = model.rowCount();
@@ -46,7 +46,7 @@ void addOneFile(benchmark::State &state)
 // The least that has to be done for it: the directory listed, one file read and watched.
 void addOneFileFloor(benchmark::State &state)
 {
-    const Applications made(static_cast<int>(state.range(0)));
+    const DesktopFiles made(static_cast<int>(state.range(0)));
     int number = static_cast<int>(state.range(0));
     for (auto _ : state) {
         const QString path = made.write(number++);

@@ -4,10 +4,10 @@
 
 // A data home with a number of applications, whose files are as applications install them (40
 // languages, 4 KB), and no other data directory.
-class Applications
+class DesktopFiles
 {
 public:
-    explicit Applications(int count);
+    explicit DesktopFiles(int count);
 
     QString directory() const;
 

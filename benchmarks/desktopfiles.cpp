@@ -1,4 +1,4 @@
-#include "applications.h"
+#include "desktopfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,7 +28,7 @@ QString fileName(int number)
 
 } // namespace
 
-Applications::Applications(int count)
+DesktopFiles::DesktopFiles(int count)
 {
     QDir(_root.path()).mkpath(QStringLiteral("home/applications"));
     for (int i = 0; i < count; ++i)
@@ -36,18 +36,18 @@ Applications::Applications(int count)
     use();
 }
 
-QString Applications::directory() const
+QString DesktopFiles::directory() const
 {
     return _root.filePath(QStringLiteral("home/applications"));
 }
 
-void Applications::use() const
+void DesktopFiles::use() const
 {
     qputenv("XDG_DATA_HOME", QFile::encodeName(_root.filePath(QStringLiteral("home"))));
     qputenv("XDG_DATA_DIRS", QFile::encodeName(_root.filePath(QStringLiteral("none"))));
 }
 
-QString Applications::write(int number) const
+QString DesktopFiles::write(int number) const
 {
     QFile file(directory() + QLatin1Char('/') + fileName(number));
     if (!file.open(QIODevice::WriteOnly))

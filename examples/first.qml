@@ -2,23 +2,40 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import Quorvane 1.1
 
-// The installed applications of all categories; a click starts one.
+// A small shell: a click starts an application, dismisses a notification, activates a tray item.
 Window {
-    width: 320
-    height: 480
-    visible: true
+    width: 640; height: 480; visible: true
 
-    DesktopEntries { id: entries }
+    Applications { id: applications }
+    Notifications { id: notifications }
+    Tray { id: tray }
 
     ListView {
-        anchors.fill: parent
-        model: DesktopFilter { model: entries }
+        width: 320; height: 440
+        model: applications
+        delegate: Row {
+            Image { source: model.iconSource; sourceSize: Qt.size(32, 32) }
+            Text { text: model.name + (model.running ? " (running)" : "") }
+            TapHandler { onTapped: applications.launch(model.appId) }
+        }
+    }
+    ListView {
+        x: 320; width: 320; height: 440
+        model: notifications
         delegate: Text {
-            width: ListView.view.width
-            padding: 8
-            text: model.name + (model.keywords.endsWith(" running") ? " (running)" : "")
-
-            TapHandler { onTapped: entries.start(model.path, []) }
+            text: model.summary + "\n" + model.body
+            textFormat: Text.PlainText
+            TapHandler { onTapped: notifications.dismiss(model.id) }
+        }
+    }
+    Row {
+        y: 440
+        Repeater {
+            model: tray
+            Image {
+                source: model.iconSource; sourceSize: Qt.size(32, 32)
+                TapHandler { onTapped: tray.activate(model.key, 0, 0) }
+            }
         }
     }
 }

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import Quorvane 1.1
 
-// The installed applications whose name has the typed letters.
+// The plain model of applications, sorted by name, with those that the typed words find.
 Window {
     width: 320
     height: 480
@@ -18,8 +18,9 @@ Window {
         anchors { fill: parent; topMargin: search.height }
         delegate: Text { text: model.name; padding: 8 }
         model: SortFilterProxyModel {
-            filterRegularExpression: new RegExp(search.text, "i")
-            filterRole: Qt.UserRole + 2
+            filterRoleNames: ["name", "keywords"]
+            filterText: search.text
+            sortRoleName: "name"
             sourceModel: DesktopFilter { model: DesktopEntries { } }
         }
     }

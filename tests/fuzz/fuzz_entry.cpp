@@ -4,8 +4,7 @@
 #include <quorvane/desktop/desktopfilter.h>
 #include <quorvane/desktop/entry.h>
 
-#include <QDir>
-#include <QTemporaryDir>
+#include "desktopfixture.h"
 
 // No case here calls start() or stop(): the file names the program.
 
@@ -21,29 +20,21 @@ extern "C" Q_DECL_EXPORT int inotify_init()
     return -1;
 }
 
-static void write(const QString &path, const std::string &content)
-{
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly));
-    file.write(content.data(), qint64(content.size()));
-}
-
 // A file in the directory of a model, with a filter on top: read, and read again when it has another
 // content and when it is gone.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    static const QTemporaryDir home;
-    for (const char *name : { "XDG_DATA_HOME", "XDG_DATA_DIRS" })
-        qputenv(name, home.path().toUtf8());
-    QDir(home.path()).mkpath("applications");
-
     FuzzedDataProvider input(data, size);
     const QString key = QString::fromStdString(input.ConsumeRandomLengthString(16));
     const QStringList keys { key, "Desktop Entry/Icon", "Desktop Entry/Exec", "Desktop Entry/Name" };
     // QSettings shares what it has read of a path: each run has a path of its own.
     static int run = 0;
-    const QString path = home.filePath(QStringLiteral("applications/%1.desktop").arg(++run));
-    write(path, input.ConsumeRandomLengthString(4096));
+    static const DesktopFixture fixture;
+    const QString name = QString("home/applications/%1.desktop").arg(++run);
+    const auto write = [&](const std::string &content) {
+        return fixture.writeBytes(name, QByteArray::fromStdString(content));
+    };
+    const QString path = write(input.ConsumeRandomLengthString(4096));
 
     xdg::DesktopEntries model;
     xdg::DesktopFilter filter;
@@ -72,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return std::exchange(reported, 0);
     };
     read();
-    write(path, input.ConsumeRemainingBytesAsString());
+    write(input.ConsumeRemainingBytesAsString());
     read();
     require(read() == 0 && removed == 0);
     QFile::remove(path);

@@ -1,6 +1,6 @@
 #include <quorvane/notifications/notificationmanager.h>
 
-#include "patience.h"
+#include "desktopfixture.h"
 
 #include <QAbstractItemModelTester>
 #include <QQmlComponent>
@@ -30,7 +30,6 @@ class QmlTest : public QObject
         return result.toString();
     }
 
-    QTemporaryDir _dir;
     QQmlEngine _engine;
 
 private Q_SLOTS:
@@ -61,15 +60,12 @@ private Q_SLOTS:
 
     void programsRunAndStop()
     {
-        qputenv("XDG_DATA_HOME", _dir.path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", _dir.path().toUtf8());
-        for (const char *folder : { "applications", "autostart" }) {
-            QDir(_dir.path()).mkpath(folder);
-            QFile file(_dir.filePath(QString("%1/app.desktop").arg(folder)));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write("[Desktop Entry]\nName=App\nExec=sh -c 'touch " + _dir.path().toUtf8() + '/'
-                       + folder + "-ran && exec sleep 60'\n");
-        }
+        const DesktopFixture fixture;
+        const auto lines = [&](const QString &report) {
+            return QStringList { "Name=App", "Exec=" + fixture.childCommand(report) };
+        };
+        fixture.app("app", lines("application"));
+        fixture.write("home/etc/autostart/app.desktop", lines("autostart"));
         const auto object = _create(R"(Entry {
             property int raised
             property AutoStart autostart: AutoStart { }
@@ -81,7 +77,7 @@ private Q_SLOTS:
         })");
         _run(object, "begin");
         QTRY_COMPARE(_run(object), " running");
-        QTRY_VERIFY(QFile::exists(_dir.filePath("autostart-ran")));
+        QCOMPARE(fixture.report("autostart"), QStringList());
         _run(object, "begin");
         QVERIFY(object->property("raised").toInt() > 0);
         _run(object, "end");

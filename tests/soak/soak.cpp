@@ -6,7 +6,7 @@
 #include <quorvane/statusnotifier/statusnotifierhost.h>
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
-#include "../desktop/desktopfixture.h"
+#include "desktopfixture.h"
 
 #include <malloc.h>
 

@@ -51,27 +51,21 @@ private Q_SLOTS:
 
         for (int row : { -1, 1, 2, INT_MAX })
             QVERIFY(!model.at(row, DesktopEntries::NameRole).isValid());
+        // A path is contained as a whole, and listed by its beginning.
+        bool contained = true;
+        QStringList listed;
+        QMetaObject::invokeMethod(&model, "_contains", Q_RETURN_ARG(bool, contained),
+                                  Q_ARG(QString, path.chopped(1)));
+        QMetaObject::invokeMethod(&model, "_getEntriesFrom", Q_RETURN_ARG(QStringList, listed),
+                                  Q_ARG(QString, path.chopped(1)));
+        QVERIFY(!contained);
+        QCOMPARE(listed, QStringList(path));
         // The role is looked at for the row behind the last one too, and for none further on.
         Messages messages;
         for (int row : { 0, 1, 2 })
             QVERIFY(!model.at(row, 268).isValid());
         const QString warning = "default warning: Not managed role 268";
         QCOMPARE(messages.take(), QStringList({ warning, warning }));
-    }
-
-    void pathsAreFoundAsAWholeOrByTheirBeginning()
-    {
-        const QString path = _fixture->app("a");
-        _fixture->app("b");
-        DesktopEntries model;
-        bool contains = true;
-        QStringList found;
-        QMetaObject::invokeMethod(&model, "_contains", Q_RETURN_ARG(bool, contains),
-                                  Q_ARG(QString, path.chopped(1)));
-        QMetaObject::invokeMethod(&model, "_getEntriesFrom", Q_RETURN_ARG(QStringList, found),
-                                  Q_ARG(QString, path.chopped(1)));
-        QVERIFY(!contains);
-        QCOMPARE(found, QStringList(path));
     }
 
     void rowSignalsFollowTheProtocol()
@@ -169,7 +163,7 @@ private Q_SLOTS:
         QCOMPARE(*sent, Signals({ { 4711, SIGTERM } }));
 
         // Entries without a program have the number 0, and the first of them is told to stop.
-        for (const QString name : { "a", "b" })
+        for (const char *name : { "a", "b" })
             _fixture->app(name, { "[Desktop Action Stop]", "Exec=" + _fixture->childCommand(name) });
         const QString path
                 = _fixture->app("c", { "Exec=" + _fixture->childCommand("report", "%u") });

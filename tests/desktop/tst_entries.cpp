@@ -89,9 +89,10 @@ private Q_SLOTS:
         _entries->unregister("/none.desktop");
         QCOMPARE(_signals.mid(2), QStringList({ "remove -1 of 1", "removed -1 of 1" }));
 
-        // The key counts, not the path; and what was dropped is still relayed.
+        // The key counts, not the path; and what was dropped lives on and is still relayed.
         _entries->getEntry(0)->data("Desktop Entry/Name");
         _entries->unregister("/elsewhere/foo.desktop");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QSignalSpy changed(_entries.data(), &Entries::entryDataChanged);
         _fixture->write("foo.desktop", { "Name=changed" });
         QTRY_COMPARE(changed.size(), 1);

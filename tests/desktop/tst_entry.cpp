@@ -59,7 +59,7 @@ private Q_SLOTS:
             entry.data(QString("Desktop Entry/") + name);
         _write({ "Exec=e", "Name=new", "Late=l", "Comment=changed", "Keywords=k" });
         QCOMPARE(entry.data("Desktop Entry/Name"), "n");
-        Entry(entry.path()); // Reads the file anew for all of its readers.
+        const Entry other(entry.path()); // Has the file read anew, for both.
         QCOMPARE(entry.data("Desktop Entry/Name"), "new");
         QTRY_COMPARE(_changes, QStringList({ "Icon=", "Late=l", "Name=new" }));
         _write({ "Exec=e", "Name=n", "Late=l" });
@@ -75,7 +75,7 @@ private Q_SLOTS:
     {
         Entry entry;
         QSignalSpy iconChanged(&entry, &Entry::iconChanged);
-        for (const QString dir : { "two", "one", "home" }) {
+        for (const QString &dir : { QString("two"), QString("one"), QString("home") }) {
             const QString path
                     = _fixture->write(dir + "/applications/org.x.desktop", { "Icon=" + dir });
             entry.setAppId("org.x");
@@ -91,16 +91,18 @@ private Q_SLOTS:
 
     void theChildReceivesItsArguments()
     {
-        const auto check = [this](QString lines, const QStringList &arguments, bool stop = false) {
-            Entry entry(_write({ lines.replace("CHILD", _child()) }));
-            stop ? entry.stop({ "one file", "two" }) : entry.start({ "one file", "two" });
-            QCOMPARE(_fixture->report("report"), arguments);
-        };
+        const auto check
+                = [this](QString lines, const QStringList &arguments, const char *slot = "start") {
+                      Entry entry(_write({ lines.replace("CHILD", _child()) }));
+                      const QStringList files { "one file", "two" };
+                      QMetaObject::invokeMethod(&entry, slot, Q_ARG(QStringList, files));
+                      QCOMPARE(_fixture->report("report"), arguments);
+                  };
         check("Exec=CHILD 'a b' %f ''c", { "a b", "one file", "", "c" });
         check("[Desktop Action Start]\nExec=CHILD %u", { "one file" });
         check("Exec=\" \"\n[Desktop Action Start]\nExec=CHILD x", { "x" });
         check("Exec=CHILD x\n[Desktop Action Start]\nExec=CHILD y", { "x" });
-        check("[Desktop Action Stop]\nExec=CHILD %f", { "one file" }, true);
+        check("[Desktop Action Stop]\nExec=CHILD %f", { "one file" }, "stop");
     }
 
     void theChildHasTheEnvironmentOfTheConstruction()

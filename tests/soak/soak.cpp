@@ -27,10 +27,11 @@ struct Soak
     Soak()
     {
         filter.setModel(&applications);
-        QObject::connect(&applications, &DesktopEntries::rowsInserted, [this](auto, int row) {
-            const QVariant entry = applications.index(row).data(DesktopEntries::EntryRole);
-            entries += entry.value<const xdg::Entry *>();
-        });
+        QObject::connect(
+                &applications, &DesktopEntries::rowsInserted, &filter, [this](auto, int row) {
+                    const QVariant entry = applications.index(row).data(DesktopEntries::EntryRole);
+                    entries += entry.value<const xdg::Entry *>();
+                });
     }
 
     // A minute of use, then the end of all that was begun. Says what is held after that.
@@ -42,8 +43,8 @@ struct Soak
             item.reset();
         for (int row = 0; row < applications.rowCount(); ++row)
             QFile::remove(applications.index(row).data(DesktopEntries::PathRole).toString());
-        for (const uint id : notifications.listPending())
-            notifications.close(id);
+        while (notifications.nbNotifications() > 0)
+            notifications.close(notifications.listPending().value(0));
         for (const QAbstractItemModel *model : models) {
             if (!QTest::qWaitFor([model] { return model->rowCount() == 0; }, 60000))
                 qFatal("Rows are left.");
@@ -112,9 +113,9 @@ int main(int argc, char **argv)
     bool grew = false;
     for (int minute = 2; minute <= QString(argv[1]).toInt(); ++minute) {
         const QMap<QString, qint64> now = soak.minute();
-        for (const QString &what : now.keys()) {
-            grew |= now[what] - first[what] > (what == "KiB of heap" ? 64 : 0);
-            out << first[what] << " -> " << now[what] << ' ' << what << ", ";
+        for (auto it = now.cbegin(); it != now.cend(); ++it) {
+            grew |= it.value() - first[it.key()] > (it.key() == "KiB of heap" ? 64 : 0);
+            out << first[it.key()] << " -> " << it.value() << ' ' << it.key() << ", ";
         }
         out << soak.turns << " turns" << Qt::endl;
     }

@@ -99,6 +99,21 @@ private Q_SLOTS:
         QCOMPARE(changed.value(0), QVariantList({ "foo", "Desktop Entry/Name", "changed" }));
     }
 
+    void aFolderInPlaceOfAnEntryIsLeftWithIt()
+    {
+        const QString path = _fixture->write("foo.desktop");
+        _entries->add(path);
+        QVERIFY(QFile::remove(path));
+        _fixture->write("foo.desktop/before.desktop");
+        _fixture->write("apps/first.desktop");
+        for (const char *folder : { "foo.desktop", "apps" })
+            _entries->addDirectory(_fixture->path(folder));
+        _entries->unregister(path);
+        _fixture->write("foo.desktop/unseen.desktop");
+        _fixture->write("apps/second.desktop");
+        QTRY_COMPARE(_keys(), "before first second");
+    }
+
     void badFilesAreRowsAndOthersAreRefused()
     {
         _fixture->writeBytes("apps/binary.desktop", QByteArray("\0\xff[]=[\n", 7).repeated(500));

@@ -24,6 +24,12 @@ start() { # FILE COMMAND...
     "$@" <&3 >"$out" 2>&1 &
     pids="$pids $!"
 }
+# Waits for the program that was started last, whose number may be another's after that.
+ended() {
+    last=${pids##* }
+    pids=${pids% *}
+    wait "$last"
+}
 expect() { # WHAT ACTUAL PATTERN
     # shellcheck disable=SC2254 # The pattern is one.
     case $2 in
@@ -69,13 +75,13 @@ notify-send --wait --expire-time=100 Title
 start waiting notify-send --wait Title
 until_true pending 2
 posts CloseNotification 3 >/dev/null
-wait "${pids##* }"
+ended
 
 start peer dunstify --action=yes,Yes --action=no,No Title
 until_true pending 2
 expect 'actions of a peer' "$(manages listAction 4)" "(\['yes', 'Yes', 'no', 'No'\],)"
 manages returnAction 4 no >/dev/null
-wait "${pids##* }"
+ended
 expect 'what the peer heard' "$(cat "$work/peer")" no
 
 # Every call that the guide shows.
@@ -133,7 +139,7 @@ for count in 1 2 3; do
     start left "$notifier" Left
     until_true sh -c "[ \"\$(grep -c '\"Left\"' '$work/traffic')\" -eq $count ]"
     kill "${pids##* }"
-    wait "${pids##* }" || true
+    ended || true
 done
 kill -CONT "$service_pid"
 until_true pending 6
@@ -145,7 +151,7 @@ tells() { # REASON SENTENCE
     count=$((count + 1))
     until_true pending "$count"
     manages close 77 "$1" >/dev/null
-    wait "${pids##* }"
+    ended
     expect "reason $1" "$(cat "$work/told$1")" "Recive signal NotificationClosed( 77 ,  $1 )
 $2"
 }
@@ -178,11 +184,10 @@ until_true posts GetCapabilities
 start posted dbus-monitor --session "member='Notify'"
 until_true grep NameLost "$work/posted"
 start chosen "$notifier" Title Body open Open
-chosen_pid=${pids##* }
 until_true sh -c "dunstctl action; grep -q '^action: open' '$work/chosen'"
 until_true grep 'int32 -1' "$work/posted"
 dunstctl close
-wait "$chosen_pid"
+ended
 expect 'end of a dismissed one' "$(tail -n 1 "$work/chosen")" 'The notification was dismissed by the user.'
 expect 'what was posted' "$(sed '1,/member=Notify/d' "$work/posted" | tr -s ' \n' ' ')" \
     ' string "Quorvane example" uint32 0 string "" string "Title" string "Body" array \[ string "open" string "Open" \] array \[ \] int32 -1 *'

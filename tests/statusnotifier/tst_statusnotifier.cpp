@@ -209,6 +209,7 @@ private Q_SLOTS:
         StatusNotifierHost host;
         Peer odd("odd");
         QTRY_COMPARE(rows(host), QStringList("||||0|||||"));
+        QCOMPARE(host.data(host.index(0), host.TitleRole).type(), QVariant::String);
         Peer first("item", "twin");
         QTRY_COMPARE(host.rowCount(), 2);
         Peer second("item", "twin");

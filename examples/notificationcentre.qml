@@ -19,7 +19,7 @@ Window {
             onClicked: model.hasDefault ? notifications.invoke(number, "default")
                                         : notifications.dismiss(number)
 
-            Image { source: model.iconSource; width: 48; height: 48; sourceSize: Qt.size(48, 48) }
+            Image { source: model.iconSource; sourceSize: Qt.size(48, 48) }
             Column {
                 id: content; x: 60; width: 290; bottomPadding: 12
                 Text { text: model.summary; font.bold: model.urgency > 1; textFormat: Text.PlainText }

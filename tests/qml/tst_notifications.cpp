@@ -43,7 +43,7 @@ struct Centre : Notifications
     {
         QStringList values;
         for (int row = 0; row < rowCount(); ++row)
-            values += get(row)[role].toString();
+            values += get(row).value(role).toString();
         return values.join(' ');
     }
     uint add(const QString &text, int timeout = 0, uint replaces = 0, const QVariantMap &hints = {})
@@ -66,8 +66,8 @@ private Q_SLOTS:
             QTest::addColumn<QString>(column);
         QFile file(CASES);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        const QRegularExpression line("^(\\w+)  +(.+?)(  +(.*))?$",
-                                      QRegularExpression::MultilineOption);
+        static const QRegularExpression line("^(\\w+)  +(.+?)(  +(.*))?$",
+                                             QRegularExpression::MultilineOption);
         for (auto found = line.globalMatch(file.readAll()); found.hasNext();) {
             const auto match = found.next();
             QTest::newRow(qPrintable(match.captured().simplified()))
@@ -123,8 +123,8 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(centre.rowCount(), 1, 20000);
         const QString id = centre.all("id");
         const QVariantMap yes { { "key", "yes" }, { "text", "Yes" } };
-        QCOMPARE(centre.get(0)["actions"], QVariantList { yes });
-        QVERIFY(centre.get(0)["hasDefault"].toBool());
+        QCOMPARE(centre.get(0).value("actions"), QVariantList { yes });
+        QVERIFY(centre.get(0).value("hasDefault").toBool());
         SignalLog log({ &centre });
         centre.invoke(id.toUInt(), "unknown");
         QCOMPARE(call("listAction", { id }), "(['default', 'Open', 'yes', 'Yes'],)");
@@ -187,8 +187,8 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(isTaken(), 20000);
         auto first = std::make_unique<Centre>();
         const Centre second;
-        QTRY_COMPARE(first->owner()["pid"], other.processId());
-        QCOMPARE(first->owner()["name"], "notificationser");
+        QTRY_COMPARE(first->owner().value("pid"), other.processId());
+        QCOMPARE(first->owner().value("name"), "notificationser");
         QVERIFY(!first->isRegistered());
         other.closeWriteChannel();
         QTRY_VERIFY_WITH_TIMEOUT(first->isRegistered() && first->owner().isEmpty(), 20000);

@@ -18,6 +18,12 @@ QDBusPendingCall callBus(const QString &method, const QVariantList &arguments = 
 template<typename Function>
 void whenAnswered(const QDBusPendingCall &call, QObject *context, Function function)
 {
+    // Without a bus there is an error at once, of which a watcher doesn't tell.
+    if (call.isFinished()) {
+        QMetaObject::invokeMethod(
+                context, [call, function] { function(call.reply()); }, Qt::QueuedConnection);
+        return;
+    }
     auto *watcher = new QDBusPendingCallWatcher(call, context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, function] {
         watcher->deleteLater();

@@ -47,11 +47,14 @@ MenuItem Reader::item(const QDBusArgument &argument, int depth)
     argument.beginStructure();
     argument >> item.id;
     const bool isNew = depth == 0 || (item.id > 0 && !_ids.contains(item.id));
-    if (!isNew)
-        return {};
-    _ids.insert(item.id);
-    item.properties = _properties(argument);
-    item.children = _children(argument, depth + 1);
+    if (isNew) {
+        _ids.insert(item.id);
+        item.properties = _properties(argument);
+        item.children = _children(argument, depth + 1);
+    } else {
+        item.id = 0;
+    }
+    argument.endStructure(); // Else the message stays in memory.
     return item;
 }
 

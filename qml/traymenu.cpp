@@ -227,7 +227,10 @@ void TrayMenu::close()
 void TrayMenu::_connectToService()
 {
     _setItems({});
-    delete std::exchange(_client, nullptr);
+    if (_client) {
+        _client->disconnect(this);
+        std::exchange(_client, nullptr)->deleteLater();
+    }
     if (TrayAddress { _service, _path }.isValid()) {
         _client = new MenuClient(_service, _path, this);
         _follow(_client);

@@ -27,8 +27,8 @@ Window {
             visible: model.visible; height: visible ? 24 : 0
             opacity: model.enabled ? 1 : 0.5
             Text { width: 24; text: model.checked ? (model.radio ? "•" : "✓") : "" }
-            Image { width: 24; source: model.iconSource; sourceSize: Qt.size(16, 16) }
-            Text { width: 150; text: model.separator ? "———" : model.label }
+            Image { width: 16; height: 16; source: model.iconSource; sourceSize: Qt.size(16, 16) }
+            Text { width: 160; leftPadding: 8; text: model.separator ? "———" : model.label }
             Text { text: model.hasChildren ? "▸" : model.shortcut }
             TapHandler {
                 onTapped: model.hasChildren ? window.show(window.menu.submenu(index))

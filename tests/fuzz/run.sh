@@ -35,10 +35,11 @@ fuzz fuzz_entry &
 fuzz fuzz_commandline
 fuzz fuzz_notify
 fuzz fuzz_hints
+fuzz fuzz_menu
 wait
 
 failed=0
-for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints; do
+for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu; do
     report "$target" || failed=1
 done
 [ "$failed" -eq 0 ] || echo "logs and inputs: $build/found"

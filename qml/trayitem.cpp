@@ -62,6 +62,7 @@ QVariantMap readProperties(const QDBusMessage &answer)
         argument.endMapEntry();
         properties.insert(name, property.variant());
     }
+    argument.endMap(); // Else the message stays in memory, here and below.
     return properties;
 }
 
@@ -76,6 +77,7 @@ QString readToolTip(const QVariant &value)
     argument.asVariant(); // and its pictures.
     const QString title = text(argument.asVariant());
     QString body = text(argument.asVariant());
+    argument.endStructure();
     if (Qt::mightBeRichText(body))
         body = QTextDocumentFragment::fromHtml(body).toPlainText();
     return title.isEmpty() || body.isEmpty() ? title + body : title + QLatin1Char('\n') + body;

@@ -57,6 +57,7 @@ QImage trayImage(const QVariant &pictures)
         if (pixels.fit() && pixels.areBetterThan(best))
             best = pixels;
     }
+    argument.endArray(); // Else the message stays in memory.
     if (best.bytes.isEmpty())
         return {};
     QImage image(best.width, best.height, QImage::Format_ARGB32);

@@ -119,6 +119,7 @@ void LongestGap(benchmark::State &state)
         Notifications notifications;
         waitUntil([&] { return tray.isRegistered() && notifications.isRegistered(); });
         Child stopped("item");
+        waitUntil([&] { return tray.rowCount() == 1; });
         Child slow("item");
         waitUntil([&] { return tray.rowCount() == 2; });
         ::kill(pid_t(stopped.processId()), SIGSTOP);
@@ -134,6 +135,8 @@ void LongestGap(benchmark::State &state)
                 = longestGap([&] { return poster.state() == QProcess::NotRunning; });
         if (notifications.rowCount() != notifications.limit())
             state.SkipWithError("notifications were lost");
+        if (tray.get(0).value("responds").toBool())
+            state.SkipWithError("the stopped item responds");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
+#include <QVariantMap>
 
 // Calls over the session bus that nobody waits for.
 
@@ -12,6 +13,10 @@ QDBusPendingCall callAsync(const QString &service, const QString &path, const QS
                            const QString &method, const QVariantList &arguments = {});
 // Calls the bus itself, org.freedesktop.DBus.
 QDBusPendingCall callBus(const QString &method, const QVariantList &arguments = {});
+
+// What the bus answers to GetNameOwner and to GetConnectionUnixProcessID.
+QString ownerIn(const QDBusMessage &answer);
+QVariantMap processIn(const QDBusMessage &answer);
 
 // Gives the answer of a call, or the error that came in its place, to a function of a QDBusMessage.
 // The function is not called when the context has gone by then.
@@ -29,4 +34,20 @@ void whenAnswered(const QDBusPendingCall &call, QObject *context, Function funct
         watcher->deleteLater();
         function(watcher->reply());
     });
+}
+
+// Gives the owner of a bus name, a unique name, to a function; empty without one.
+template<typename Function>
+void whenOwnerKnown(const QString &name, QObject *context, Function function)
+{
+    whenAnswered(callBus(QStringLiteral("GetNameOwner"), { name }), context,
+                 [function](const QDBusMessage &answer) { function(ownerIn(answer)); });
+}
+
+// Gives {name, pid} of the process with a unique name to a function; empty for one that has gone.
+template<typename Function>
+void whenProcessKnown(const QString &uniqueName, QObject *context, Function function)
+{
+    whenAnswered(callBus(QStringLiteral("GetConnectionUnixProcessID"), { uniqueName }), context,
+                 [function](const QDBusMessage &answer) { function(processIn(answer)); });
 }

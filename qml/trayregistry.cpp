@@ -7,7 +7,6 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusVariant>
-#include <QFile>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -51,12 +50,6 @@ bool isNameOurs(const QDBusMessage &answer)
            && (result == primaryOwner || result == alreadyOwner);
 }
 
-QString processName(uint pid)
-{
-    QFile file(QStringLiteral("/proc/%1/comm").arg(pid));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().trimmed()) : QString();
-}
-
 } // namespace
 
 TrayRegistry::TrayRegistry(QObject *parent)
@@ -77,11 +70,7 @@ TrayRegistry::TrayRegistry(QObject *parent)
     QDBusConnection::sessionBus().connect(QString(), registryPath(), registryName(), QString(),
                                           this, SLOT(_hearRegistry(QDBusMessage)));
     requestName(_hostName);
-    whenAnswered(callBus(QStringLiteral("GetNameOwner"), { registryName() }), this,
-                 [this](const QDBusMessage &answer) {
-                     const bool owned = answer.type() == QDBusMessage::ReplyMessage;
-                     _follow(owned ? answer.arguments().value(0).toString() : QString());
-                 });
+    whenOwnerKnown(registryName(), this, [this](const QString &owner) { _follow(owner); });
 }
 
 TrayRegistry::~TrayRegistry()
@@ -163,14 +152,10 @@ void TrayRegistry::_register()
 
 void TrayRegistry::_askForProcess()
 {
-    const QString owner = _owner;
-    whenAnswered(callBus(QStringLiteral("GetConnectionUnixProcessID"), { owner }), this,
-                 [this, owner](const QDBusMessage &answer) {
-                     const uint pid = answer.arguments().value(0).toUInt();
-                     if (owner == _owner && pid > 0)
-                         _setOwnerProcess({ { QStringLiteral("name"), processName(pid) },
-                                            { QStringLiteral("pid"), pid } });
-                 });
+    whenProcessKnown(_owner, this, [this, owner = _owner](const QVariantMap &process) {
+        if (owner == _owner)
+            _setOwnerProcess(process);
+    });
 }
 
 void TrayRegistry::_hearRegistry(const QDBusMessage &signal)

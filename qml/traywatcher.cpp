@@ -58,13 +58,9 @@ void TrayWatcher::add(const TrayAddress &item, const QString &caller)
     _entries.append({ item, caller });
     // Watched first, so that a name which vanishes while the bus is asked is not missed.
     _owners.addWatchedService(item.service);
-    whenAnswered(callBus(QStringLiteral("GetNameOwner"), { item.service }), this,
-                 [this, item](const QDBusMessage &answer) {
-                     if (answer.type() == QDBusMessage::ReplyMessage)
-                         _list(item);
-                     else
-                         _drop(item.service);
-                 });
+    whenOwnerKnown(item.service, this, [this, item](const QString &owner) {
+        owner.isEmpty() ? _drop(item.service) : _list(item);
+    });
 }
 
 void TrayWatcher::_list(const TrayAddress &item)

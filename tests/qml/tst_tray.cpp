@@ -229,9 +229,10 @@ private Q_SLOTS:
         const auto click = [window](Qt::MouseButton button, int x, int y) {
             QTest::mouseClick(window, button, {}, { x, y });
         };
-        Peer item("item", "item"), indicator(MENUPEER);
-        indicator.tell("indicator.set_status(1)");
+        Peer item("item", "item");
         SAYS((click(Qt::LeftButton, 9, 9), item), "first");
+        Peer indicator(MENUPEER); // In the second place.
+        indicator.tell("indicator.set_status(1)");
         SAYS((click(Qt::RightButton, 40, 9), click(Qt::LeftButton, 9, 48), indicator),
              "clicked _Open");
     }

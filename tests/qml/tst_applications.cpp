@@ -133,16 +133,17 @@ private Q_SLOTS:
     {
         _app("org.moz.fox", { "Name=Fire Fox", "GenericName=Web Browser", "Exec=true" });
         _app("XTerm", { "Exec=true", "Keywords=shell;" });
-        for (const char *name : { "UXTerm", "C++(IDE)", "Notes", "Tea" })
+        for (const char *name : { "UXTerm", "C++(IDE)", "Hot-tea", "Tea" })
             _app(name);
         _load();
-        const QString all = "C++(IDE) org.moz.fox Notes Tea UXTerm XTerm";
+        const QString all = "C++(IDE) org.moz.fox Hot-tea Tea UXTerm XTerm";
         const QStringList table[] = {
             { "xterm", "XTerm UXTerm" },
-            { "t", "Tea Notes UXTerm XTerm" },
+            { "t", "Hot-tea Tea UXTerm XTerm" },
             { " web  fire", "org.moz.fox" },
             { "moz", "org.moz.fox" },
             { "shell", "XTerm" },
+            { "tea", "Tea Hot-tea" },
             { "rowser", "" },
             { "c++", "C++(IDE)" },
             { "(", "C++(IDE)" },

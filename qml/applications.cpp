@@ -1,6 +1,7 @@
 #include "applications.h"
 
 #include "applicationlist.h"
+#include "categoryname.h"
 #include "launch.h"
 #include "process.h"
 #include "programs.h"
@@ -129,13 +130,18 @@ QHash<int, QByteArray> Applications::roleNames() const
 
 QVariantMap Applications::get(int row) const
 {
-    QVariantMap values;
-    if (row < 0 || row >= _rows.size())
-        return values;
-    const QHash<int, QByteArray> names = roleNames();
-    for (auto name = names.cbegin(); name != names.cend(); ++name)
-        values.insert(QString::fromLatin1(*name), _value(*_rows.at(row), name.key()));
-    return values;
+    return row >= 0 && row < _rows.size() ? _values(*_rows.at(row)) : QVariantMap();
+}
+
+QVariantMap Applications::find(const QString &appId) const
+{
+    const ApplicationPointer application = _find(appId);
+    return application ? _values(*application) : QVariantMap();
+}
+
+QString Applications::categoryName(const QString &category) const
+{
+    return ::categoryName(category);
 }
 
 void Applications::launch(const QString &appId, const QList<QUrl> &urls)
@@ -158,9 +164,23 @@ void Applications::launchAction(const QString &appId, const QString &action)
         Q_EMIT failed(appId, QStringLiteral("%1 has no action %2").arg(appId, action));
 }
 
+void Applications::launchInTerminal(const QString &appId, const QList<QUrl> &urls)
+{
+    _start(appId, {}, urls, true);
+}
+
 void Applications::stop(const QString &appId)
 {
     Programs::instance()->stop(appId);
+}
+
+QVariantMap Applications::_values(const Application &application) const
+{
+    QVariantMap values;
+    const QHash<int, QByteArray> names = roleNames();
+    for (auto name = names.cbegin(); name != names.cend(); ++name)
+        values.insert(QString::fromLatin1(*name), _value(application, name.key()));
+    return values;
 }
 
 QVariant Applications::_value(const Application &application, int role) const
@@ -342,18 +362,19 @@ ApplicationPointer Applications::_find(const QString &appId) const
     return found != all.cend() ? *found : ApplicationPointer();
 }
 
-void Applications::_start(const QString &appId, const QString &action, const QList<QUrl> &urls)
+void Applications::_start(const QString &appId, const QString &action, const QList<QUrl> &urls,
+                          bool inTerminal)
 {
     const ApplicationPointer application = _find(appId);
     if (!application) {
         Q_EMIT failed(appId, QStringLiteral("%1 is not installed").arg(appId));
         return;
     }
-    if (isActivatedByBus(*application)) {
+    if (!inTerminal && isActivatedByBus(*application)) {
         _startByBus(application, action, urls);
         return;
     }
-    const Launch launched = ::launch(*application, action, urls);
+    const Launch launched = ::launch(*application, action, urls, inTerminal);
     for (qint64 pid : launched.pids)
         _follow(appId, pid);
     if (!launched.error.isEmpty())

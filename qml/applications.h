@@ -99,6 +99,14 @@ public:
     /*! All roles of a row by their names; empty for a row that isn't there. */
     Q_INVOKABLE QVariantMap get(int row) const;
 
+    /*! The same for an application that may have no row; empty for one that is not installed. */
+    Q_INVOKABLE QVariantMap find(const QString &appId) const;
+
+    /*! The name under which people know a main category ("Sound & Video" for AudioVideo): in the
+        user's language where a menu package has installed the category's .directory file, else in
+        English. Any other category is its own name. */
+    Q_INVOKABLE QString categoryName(const QString &category) const;
+
     /*! Starts an application, shown or not, with \a urls (or absolute paths) to open.
 
         The program is a child of this process, with its environment and its output; it goes on when
@@ -113,6 +121,10 @@ public:
     /*! Starts an action of the application, by its id in the role "actions"; otherwise like
         launch(). */
     Q_INVOKABLE void launchAction(const QString &appId, const QString &action);
+
+    /*! Like launch(), but in a terminal, where the program's output can be read, and not by the bus.
+        The terminal is what runs then. */
+    Q_INVOKABLE void launchInTerminal(const QString &appId, const QList<QUrl> &urls = {});
 
     /*! Sends SIGTERM to all programs of the application that were launched in this process. Their
         end is no failure. */
@@ -132,6 +144,7 @@ Q_SIGNALS:
 private:
     using Rows = QVector<ApplicationPointer>;
 
+    QVariantMap _values(const Application &application) const;
     QVariant _value(const Application &application, int role) const;
     QVector<int> _differences(const Application &one, const Application &other) const;
 
@@ -146,7 +159,8 @@ private:
     void _update(const Rows &wanted);
 
     ApplicationPointer _find(const QString &appId) const;
-    void _start(const QString &appId, const QString &action, const QList<QUrl> &urls);
+    void _start(const QString &appId, const QString &action, const QList<QUrl> &urls,
+                bool inTerminal = false);
     void _startByBus(const ApplicationPointer &application, const QString &action,
                      const QList<QUrl> &urls);
     void _askForPid(const ApplicationPointer &application);

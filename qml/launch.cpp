@@ -39,15 +39,17 @@ QByteArray chosenTerminal()
 
 // GIO launches actions without a process id or an error, so an action takes the place of the main
 // command; a terminal goes in front of it. Null when GIO finds nothing to launch.
-GDesktopAppInfo *readEntry(const QByteArray &path, const QByteArray &action)
+GDesktopAppInfo *readEntry(const QByteArray &path, const QByteArray &action, bool inTerminal)
 {
     g_autoptr(GKeyFile) file = g_key_file_new();
     if (!g_key_file_load_from_file(file, path, G_KEY_FILE_NONE, nullptr))
         return nullptr;
+    if (inTerminal)
+        g_key_file_set_boolean(file, mainGroup, G_KEY_FILE_DESKTOP_KEY_TERMINAL, true);
     QByteArray terminal;
     if (g_key_file_get_boolean(file, mainGroup, G_KEY_FILE_DESKTOP_KEY_TERMINAL, nullptr))
         terminal = chosenTerminal();
-    if (action.isEmpty() && terminal.isEmpty())
+    if (action.isEmpty() && terminal.isEmpty() && !inTerminal)
         return g_desktop_app_info_new_from_filename(path);
 
     const QByteArray group = action.isEmpty() ? QByteArray(mainGroup) : "Desktop Action " + action;
@@ -79,10 +81,11 @@ void addPid(GDesktopAppInfo *, GPid pid, gpointer pids)
 
 } // namespace
 
-Launch launch(const Application &application, const QString &action, const QList<QUrl> &urls)
+Launch launch(const Application &application, const QString &action, const QList<QUrl> &urls,
+              bool inTerminal)
 {
     const QByteArray path = QFile::encodeName(application.path);
-    g_autoptr(GDesktopAppInfo) entry = readEntry(path, action.toUtf8());
+    g_autoptr(GDesktopAppInfo) entry = readEntry(path, action.toUtf8(), inTerminal);
     if (!entry)
         return { {}, QStringLiteral("%1 has no program to launch").arg(application.path) };
 

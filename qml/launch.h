@@ -14,9 +14,10 @@ struct Launch
 };
 
 // Starts the program of an application, or of one of its actions, as a child that is to be reaped:
-// the field codes with the urls, in its folder, in a terminal if it asks for one. It has the
-// environment and the output of this process, a session of its own, and survives this process.
-Launch launch(const Application &application, const QString &action, const QList<QUrl> &urls);
+// the field codes with the urls, in its folder, in a terminal if it or the caller asks for one. It
+// has the environment and the output of this process, a session of its own, and survives this process.
+Launch launch(const Application &application, const QString &action, const QList<QUrl> &urls,
+              bool inTerminal);
 
 // Whether the session bus starts the application, and not its command line.
 bool isActivatedByBus(const Application &application);

@@ -2,6 +2,7 @@
 # Sourced by ./check, ./demo and ./bench.
 
 packages='
+    adwaita-icon-theme
     build-essential
     clang
     clang-format
@@ -29,6 +30,7 @@ packages='
     python3-dbus
     python3-gi
     qml
+    qml-module-qtqml-models2
     qml-module-qtquick-layouts
     qml-module-qtquick-templates2
     qml-module-qtquick-window2

@@ -5,27 +5,26 @@ import QtQuick.Templates 2.15 as T
 T.AbstractButton {
     id: tile
 
-    property string name
-    property string iconName
-    property string status: "stopped"
     property bool focused: false
-    readonly property bool isRunning: status === "running"
+    property bool running: false
+    property alias iconSource: image.icon
 
+    signal menuRequested(real x, real y)
     signal stopRequested
 
-    text: name
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
     padding: 12
-    Accessible.name: isRunning ? name + ", running" : name
+    Accessible.name: running ? text + ", running" : text
 
     contentItem: Column {
         spacing: Theme.gap
 
         Icon {
+            id: image
+
             anchors.horizontalCenter: parent.horizontalCenter
-            label: tile.name
-            name: tile.iconName
+            label: tile.text
             size: 56
             scale: tile.down ? 0.94 : 1
 
@@ -34,14 +33,14 @@ T.AbstractButton {
         Label {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            maximumLineCount: tile.isRunning ? 1 : 2
-            text: tile.name
+            maximumLineCount: tile.running ? 1 : 2
+            text: tile.text
             wrapMode: Text.Wrap
         }
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 6
-            visible: tile.isRunning
+            visible: tile.running
 
             Rectangle {
                 width: 8
@@ -58,20 +57,22 @@ T.AbstractButton {
         }
     }
     background: Rectangle {
-        border.color: Theme.line
-        border.width: tile.isRunning ? 1 : 0
-        color: tile.isRunning ? Theme.surface : tile.hovered ? Theme.raised : "transparent"
+        border { color: Theme.line; width: tile.running ? 1 : 0 }
+        color: tile.running ? Theme.surface : tile.hovered ? Theme.raised : "transparent"
         radius: Theme.radius
 
         FocusRing { shown: tile.focused }
     }
 
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: tile.menuRequested(eventPoint.position.x, eventPoint.position.y)
+    }
     CornerButton {
         anchors { right: parent.right; top: parent.top; margins: 6 }
         focusPolicy: Qt.NoFocus
-        objectName: "stop"
-        text: "Stop " + tile.name
-        visible: tile.isRunning
+        text: "Stop " + tile.text
+        visible: tile.running
         onClicked: tile.stopRequested()
 
         sign: Rectangle {

@@ -1,11 +1,12 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 
 // A row of chips, one of which is chosen: by a click, or by the arrow keys.
 ListView {
     id: row
 
     property string chosen
-    property var textOf: function (choice) { return choice; }
+    property var textOf: choice => choice
 
     signal chose(string choice)
 
@@ -28,14 +29,19 @@ ListView {
     leftMargin: 4
     rightMargin: 4
     topMargin: 4
+    Accessible.role: Accessible.PageTabList
 
     Keys.onLeftPressed: _move(-1)
     Keys.onRightPressed: _move(1)
 
-    delegate: Chip {
-        checked: modelData === row.chosen
-        focused: checked && row.activeFocus
+    delegate: PushButton {
+        implicitHeight: 32
+        focusPolicy: Qt.NoFocus
+        focused: prominent && row.activeFocus
+        outlined: true
+        prominent: modelData === row.chosen
         text: row.textOf(modelData)
+        Accessible.role: Accessible.PageTab
         onClicked: row.chose(modelData)
     }
 }

@@ -1,14 +1,16 @@
 import QtQuick 2.15
 
-// The icon of a program, or a lettered tile where the theme has none.
+// An icon; where there is none, a tile with the first letter of its label. Icons of one colour are
+// shown in that of the text, so that they stand out in both schemes.
 Image {
     property string label
-    property string name
+    property string icon
     property int size: 48
 
     width: size
     height: size
-    sourceSize: Qt.size(size, size)
     fillMode: Image.PreserveAspectFit
-    source: "image://icon/" + encodeURIComponent(label || "?") + "/" + encodeURIComponent(name)
+    sourceSize: Qt.size(size, size)
+    source: (icon || "image://quorvane/icon/") + "?color=" + encodeURIComponent(Theme.text)
+            + "&label=" + encodeURIComponent(label || "?")
 }

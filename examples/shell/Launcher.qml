@@ -7,45 +7,51 @@ import Quorvane 1.1
 FocusScope {
     id: launcher
 
+    required property Applications applications
     property alias grid: grid
     property alias heading: heading.text
-    property string category
-    property string _started
-    readonly property bool _narrowed: search.length > 0 || category !== ""
-    readonly property var categories: [""].concat(
-        Array.from(entries.categories).filter(category => category !== "").sort())
+    property alias menu: menu
+    property alias search: search
+    // Sound and video are both in their common category.
+    readonly property var _categories: applications.categories
+        .filter(category => category !== "Audio" && category !== "Video")
+        .sort((one, other) => applications.categoryName(one)
+                                  .localeCompare(applications.categoryName(other)))
+    readonly property bool _narrowed: search.length > 0 || applications.category !== ""
 
-    // A program was started that runs already: the place to raise its windows.
-    signal runsAlready(string name, int pid)
-
-    function start(name, path) {
-        _started = name;
-        entries.start(path, []);
+    function launch(row) {
+        const application = applications.get(row);
+        if (application.appId)
+            applications.launch(application.appId, []);
     }
 
-    // While rows change is no time to filter anew.
-    onCategoriesChanged: Qt.callLater(() => {
-        if (!categories.includes(category))
-            category = "";
-    })
-
-    DesktopEntries {
-        id: entries
-        onRaiseProcess: launcher.runsAlready(launcher._started, pid)
-    }
-    DesktopFilter {
-        id: shown
-        category: launcher.category
-        model: entries
-    }
-    SortFilterProxyModel {
-        id: found
-        filterRegularExpression: new RegExp(
-            search.text.trim().replace(/[.*+?^${}()|[\]\\]/g, "\\$&"), "i")
-        filterRole: Qt.UserRole + 2 // The name.
-        sourceModel: shown
+    function showMenu(row, x, y) {
+        const id = applications.get(row).appId;
+        const entry = (label, act) => ({ label: label, act: act });
+        const application = applications.get(row);
+        grid.currentIndex = row;
+        menu.show(grid.itemAtIndex(row), x, y, [
+            entry("Start", () => applications.launch(id, [])),
+            entry("Start in terminal", () => applications.launchInTerminal(id, [])),
+            ...application.actions.map(
+                action => entry(action.name, () => applications.launchAction(id, action.id))),
+            ...(application.running ? [entry("Stop", () => applications.stop(id))] : [])
+        ]);
     }
 
+    Keys.onPressed: {
+        // Letters go to the search wherever the keyboard is.
+        if (event.text.trim() !== "" && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier))) {
+            search.forceActiveFocus();
+            search.insert(search.length, event.text);
+            event.accepted = true;
+        }
+    }
+
+    PopupMenu {
+        id: menu
+        onClosed: grid.forceActiveFocus()
+    }
     ColumnLayout {
         anchors.fill: parent
         spacing: 12
@@ -60,8 +66,7 @@ FocusScope {
             Label {
                 id: heading
 
-                font.bold: true
-                font.pixelSize: Theme.headingText
+                font { bold: true; pixelSize: Theme.headingText }
                 visible: text !== ""
             }
             SearchField {
@@ -72,7 +77,11 @@ FocusScope {
                 focus: true
                 hint: "Search applications"
                 Keys.onDownPressed: grid.forceActiveFocus()
-                onAccepted: if (grid.count > 0) grid.itemAtIndex(0).tile.clicked()
+                onAccepted: launcher.launch(0)
+                onTextChanged: {
+                    launcher.applications.search = text;
+                    grid.currentIndex = 0;
+                }
             }
         }
 
@@ -80,17 +89,22 @@ FocusScope {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.margin - 4
             Layout.rightMargin: Theme.margin - 4
-            chosen: launcher.category
-            model: launcher.categories
-            textOf: category => category === "" ? "All" : category.split(";")[0]
+            chosen: launcher.applications.category
+            model: [""].concat(launcher._categories)
+            textOf: category => category === "" ? "All" : launcher.applications.categoryName(category)
             visible: model.length > 1
-            onChose: launcher.category = choice
+            onChose: launcher.applications.category = choice
         }
 
         GridView {
             id: grid
 
-            readonly property int columns: Math.max(1, Math.floor(width / 132))
+            readonly property int _columns: Math.max(1, Math.floor(width / 132))
+            readonly property int _page: _columns * Math.max(1, Math.floor(height / cellHeight))
+
+            function _goTo(row) {
+                currentIndex = Math.max(0, Math.min(count - 1, row));
+            }
 
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -99,18 +113,29 @@ FocusScope {
             activeFocusOnTab: count > 0
             boundsBehavior: Flickable.StopAtBounds
             cellHeight: 144
-            cellWidth: Math.floor(width / columns)
+            cellWidth: Math.floor(width / _columns)
             clip: true
-            model: found
+            model: launcher.applications
             Accessible.role: Accessible.List
             Accessible.name: "Applications"
-            Keys.onReturnPressed: if (currentItem) currentItem.tile.clicked()
-            Keys.onEnterPressed: if (currentItem) currentItem.tile.clicked()
+            Keys.onReturnPressed: launcher.launch(currentIndex)
+            Keys.onEnterPressed: launcher.launch(currentIndex)
             Keys.onDeletePressed: if (currentItem) currentItem.tile.stopRequested()
+            Keys.onMenuPressed: launcher.showMenu(currentIndex, cellWidth / 2, cellHeight / 2)
+            Keys.onUpPressed: currentIndex < _columns ? search.forceActiveFocus() : moveCurrentIndexUp()
+            Keys.onPressed: {
+                const to = { [Qt.Key_Home]: 0, [Qt.Key_End]: count,
+                             [Qt.Key_PageUp]: currentIndex - _page,
+                             [Qt.Key_PageDown]: currentIndex + _page }[event.key];
+                event.accepted = to !== undefined;
+                if (event.accepted)
+                    _goTo(to);
+            }
             T.ScrollBar.vertical: SlimScrollBar { }
 
             delegate: Item {
                 property alias tile: tile
+                readonly property string text: model.name
 
                 width: grid.cellWidth
                 height: grid.cellHeight
@@ -118,24 +143,25 @@ FocusScope {
                 AppTile {
                     id: tile
 
-                    anchors.fill: parent
-                    anchors.margins: 4
+                    anchors { fill: parent; margins: 4 }
                     focused: grid.activeFocus && parent.GridView.isCurrentItem
-                    iconName: model.appIcon
-                    name: model.name
-                    status: model.keywords.split(" ").pop()
+                    iconSource: model.iconSource
+                    running: model.running
+                    text: model.name
+                    Accessible.description: model.comment
                     onClicked: {
                         grid.currentIndex = index;
-                        launcher.start(model.name, model.path);
+                        launcher.launch(index);
                     }
-                    onStopRequested: entries.stop(model.path, [])
+                    onMenuRequested: launcher.showMenu(index, x, y)
+                    onStopRequested: launcher.applications.stop(model.appId)
                 }
             }
 
             EmptyState {
                 title: launcher._narrowed ? "Nothing found" : "No applications"
                 sentence: launcher._narrowed
-                          ? "No application of this name is here. Try another word or all categories."
+                          ? "No application fits. Try another word or all categories."
                           : "Programs appear here as soon as they are installed."
                 visible: grid.count === 0
             }

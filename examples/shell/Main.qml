@@ -9,6 +9,13 @@ Window {
     property string scheme: "system"
     property string pictures // Where the walk leaves its pictures; empty for no walk.
     readonly property bool wide: width >= 900
+    readonly property string standing: [_owner("Notifications", messages.owner),
+                                        _owner("Tray", trayItems.owner)]
+                                       .filter(text => text !== "").join(" \u00b7 ")
+
+    function _owner(what, owner) {
+        return !owner.name ? "" : what + ": " + owner.name + ", process " + owner.pid;
+    }
 
     width: 1200
     height: 800
@@ -17,13 +24,19 @@ Window {
     color: Theme.window
     title: "Quorvane"
     visible: true
+    onStandingChanged: console.log(standing || "Notifications and tray are served here")
 
     Binding {
         target: Theme
         property: "scheme"
         value: shell.scheme
     }
-    NotificationManager { id: notifications }
+    Applications {
+        id: programs
+        onFailed: notice.show((programs.find(appId).name || appId) + ": " + message)
+    }
+    Notifications { id: messages }
+    Tray { id: trayItems }
 
     Rectangle {
         id: screen
@@ -53,8 +66,8 @@ Window {
                     anchors { fill: parent; leftMargin: Theme.margin - 4; topMargin: 8 }
                     chosen: "Applications"
                     model: ["Applications", "Notifications"]
-                    textOf: pane => pane === "Notifications" && notifications.nbNotifications > 0
-                                    ? pane + " (" + notifications.nbNotifications + ")" : pane
+                    textOf: pane => pane === "Notifications" && messages.count > 0
+                                    ? pane + " (" + messages.count + ")" : pane
                     onChose: chosen = choice
                 }
             }
@@ -68,10 +81,10 @@ Window {
 
                     Layout.fillWidth: true
                     Layout.fillHeight: true
+                    applications: programs
                     focus: true
                     heading: shell.wide ? "Applications" : ""
                     visible: shell.wide || panes.chosen === "Applications"
-                    onRunsAlready: notice.show(name + " is running already, as process " + pid)
                 }
                 Rectangle {
                     Layout.preferredWidth: 1
@@ -86,43 +99,50 @@ Window {
                     Layout.fillWidth: !shell.wide
                     Layout.preferredWidth: Math.min(420, shell.width / 3)
                     heading: shell.wide ? "Notifications" : ""
-                    manager: notifications
+                    notifications: messages
                     visible: shell.wide || panes.chosen === "Notifications"
                 }
             }
-            Tray {
-                id: trayBar
+            TrayBar {
+                id: bar
+
                 Layout.fillWidth: true
+                standing: shell.standing
+                tray: trayItems
             }
         }
 
-        NotificationPopup {
-            id: newest
+        // Over the launcher, so that the list of the centre stays free.
+        PopupStack {
+            id: popupStack
 
-            width: (shell.wide ? centrePane.width : Math.min(420, screen.width)) - 2 * Theme.margin
-            anchors { right: parent.right; rightMargin: Theme.margin }
-            anchors { bottom: parent.bottom; bottomMargin: trayBar.height + 16 }
-            manager: notifications
+            width: Math.min(380, launcherPane.width - 2 * Theme.margin)
+            height: Math.min(contentHeight, parent.height - 120)
+            x: launcherPane.width - width - Theme.margin
+            anchors { bottom: parent.bottom; bottomMargin: bar.height + 16 }
+            notifications: messages
+            quiet: centrePane.quiet
+            visible: launcherPane.visible
         }
         Toast {
             id: notice
 
-            x: (launcherPane.visible ? launcherPane.width - width : screen.width - width) / 2
-            anchors.bottom: !shell.wide && newest.visible ? newest.top : newest.bottom
-            anchors.bottomMargin: !shell.wide && newest.visible ? 16 : 0
+            x: Theme.margin
+            anchors { bottom: parent.bottom; bottomMargin: bar.height + 16 }
         }
     }
 
     Loader {
         active: shell.pictures !== ""
         sourceComponent: Walk {
+            applications: programs
             centre: centrePane
             launcher: launcherPane
-            page: screen
+            page: shell.contentItem
             pictures: shell.pictures
-            popup: newest
+            popups: popupStack
             toast: notice
-            tray: trayBar
+            trayBar: bar
             onSchemeChosen: shell.scheme = scheme
         }
     }

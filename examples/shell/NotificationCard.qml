@@ -1,51 +1,86 @@
 import QtQuick 2.15
 import QtQuick.Layouts 1.15
-import Quorvane 1.1
 
-// One notification: who says what, and what can be answered.
+// One notification: who says what, and what can be answered. A click does what the notification is
+// about; a middle click or a swipe dismisses it.
 Rectangle {
     id: card
 
-    property string appName
-    property string appIcon
-    property string summary
-    property string body
-    property var actions: []
+    property var notification // The roles of its row.
+    property date now
     property bool focused: false
     property alias buttons: buttons
+    readonly property bool critical: notification.urgency === 2
+    readonly property string _application: notification.appName || "A program"
 
     signal dismissed
     signal answered(string key)
 
-    implicitHeight: content.implicitHeight + 28
-    border.color: Theme.line
-    border.width: 1
-    color: Theme.surface
-    radius: Theme.radius
-    Accessible.role: Accessible.Notification
-    Accessible.name: summary
-    Accessible.description: body
+    function activate() {
+        if (notification.hasDefault)
+            answered("default");
+    }
 
+    function _age() {
+        const time = notification.time || now; // It has none any more while it goes.
+        const minutes = Math.floor((now - time) / 60000);
+        return minutes < 1 ? "now" : minutes < 60 ? minutes + " min ago"
+             : minutes < 1440 ? Math.floor(minutes / 60) + " h ago"
+             : time.toLocaleDateString(Qt.locale(), Locale.ShortFormat);
+    }
+
+    implicitHeight: content.implicitHeight + 28
+    border { color: critical ? Theme.critical : Theme.line; width: critical ? 2 : 1 }
+    color: area.containsMouse && notification.hasDefault ? Theme.raised : Theme.surface
+    opacity: 1 - Math.min(0.8, Math.abs(swipe.translation.x) / width)
+    radius: Theme.radius
+    transform: Translate { x: swipe.active ? swipe.translation.x : 0 }
+    Accessible.role: Accessible.Notification
+    Accessible.name: (critical ? "Critical: " : "") + notification.summary
+    Accessible.description: notification.body
+    Accessible.onPressAction: activate()
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.MiddleButton
+        cursorShape: card.notification.hasDefault ? Qt.PointingHandCursor : Qt.ArrowCursor
+        hoverEnabled: true
+        onClicked: mouse.button === Qt.MiddleButton ? card.dismissed() : card.activate()
+    }
+    DragHandler {
+        id: swipe
+
+        target: null
+        yAxis.enabled: false
+        onActiveChanged: if (!active && Math.abs(translation.x) > card.width / 3) card.dismissed()
+    }
+    Icon {
+        id: icon
+
+        x: 14
+        y: 14
+        icon: card.notification.iconSource
+        label: card._application
+        size: 40
+    }
     Column {
         id: content
 
-        anchors { left: parent.left; right: parent.right; top: parent.top; margins: 14 }
-        spacing: Theme.gap
+        anchors { left: icon.right; leftMargin: 12; right: parent.right; rightMargin: 14 }
+        y: 14
+        spacing: 6
 
         RowLayout {
             width: parent.width
             spacing: Theme.gap
 
-            Icon {
-                label: card.appName
-                name: card.appIcon
-                size: 22
-            }
             Label {
                 Layout.fillWidth: true
-                color: Theme.muted
+                color: card.critical ? Theme.critical : Theme.muted
                 font.pixelSize: Theme.smallText
-                text: card.appName || "A program"
+                text: card._application + " \u00b7 " + card._age()
             }
             CornerButton {
                 sign: Cross { }
@@ -55,39 +90,56 @@ Rectangle {
         }
         Label {
             width: parent.width
-            font.bold: true
-            font.pixelSize: Theme.titleText
+            color: card.notification.urgency === 0 ? Theme.muted : Theme.text
+            font { bold: true; pixelSize: Theme.titleText }
             maximumLineCount: 2
-            text: card.summary
+            text: card.notification.summary
             visible: text !== ""
             wrapMode: Text.Wrap
         }
         Label {
             width: parent.width
             color: Theme.muted
+            linkColor: Theme.accent
             lineHeight: 1.2
             maximumLineCount: 5
-            text: card.body
+            text: card.notification.styledBody
+            textFormat: Text.StyledText
             visible: text !== ""
             wrapMode: Text.Wrap
+            onLinkActivated: Qt.openUrlExternally(link)
+        }
+        Rectangle {
+            width: parent.width
+            height: 6
+            color: Theme.raised
+            radius: 3
+            visible: card.notification.progress >= 0
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: card.notification.progress + " %"
+
+            Rectangle {
+                width: parent.width * card.notification.progress / 100
+                height: parent.height
+                color: Theme.accent
+                radius: 3
+            }
         }
         Flow {
             width: parent.width
-            topPadding: 4
+            topPadding: 2
             spacing: Theme.gap
             visible: buttons.count > 0
 
             Repeater {
                 id: buttons
 
-                model: SortFilterProxyModel {
-                    sourceModel: NotificationActions { actionslist: card.actions }
-                }
+                model: card.notification.actions
                 delegate: PushButton {
                     width: Math.min(implicitWidth, content.width)
                     prominent: index === 0
-                    text: model.actionText
-                    onClicked: card.answered(model.key)
+                    text: modelData.text
+                    onClicked: card.answered(modelData.key)
                 }
             }
         }

@@ -17,6 +17,7 @@ QtObject {
     readonly property color accentText: dark ? "#0e1930" : "#ffffff"
     readonly property color running: dark ? "#6fd39a" : "#1c7a45"
     readonly property color attention: dark ? "#ffb86b" : "#c25700"
+    readonly property color critical: dark ? "#ff8a80" : "#c62828"
 
     readonly property int smallText: 12
     readonly property int bodyText: 14

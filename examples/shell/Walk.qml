@@ -1,15 +1,17 @@
 import QtQuick 2.15
+import Quorvane 1.1
 
 // Uses the shell as somebody at the screen would, says what is seen, and ends the program: with 0
-// if all was seen. Beside it run the programs of the script "session".
+// if all was seen. Beside it run the programs of the script "session", which reads along.
 Item {
     id: walk
 
-    required property Item launcher
-    required property Item centre
-    required property Item popup
-    required property Item toast
-    required property Item tray
+    required property Applications applications
+    required property Launcher launcher
+    required property NotificationCentre centre
+    required property PopupStack popups
+    required property Toast toast
+    required property TrayBar trayBar
     required property Item page
     required property string pictures
 
@@ -18,85 +20,114 @@ Item {
     property int _step: 0
     property int _saved: 0
 
-    // Each step waits for what shall come, after something that it may do, and says what was seen.
+    // What is said when it is seen, when it is seen, and what is done before.
     readonly property var _steps: [
-        {
-            what: "the list of applications",
-            seen: () => launcher.grid.count > 0,
-            say: () => "The launcher lists " + launcher.grid.count + " applications"
-        }, {
-            what: "two running programs",
-            act: () => { _tile(1).clicked(); _tile(3).clicked(); },
-            seen: () => _tile(1).isRunning && _tile(3).isRunning,
-            say: () => "Launched " + _tile(1).name + " and " + _tile(3).name + ": both are running"
-        }, {
-            what: "the sentence about the running program",
-            act: () => _tile(3).clicked(),
-            seen: () => toast.shown,
-            say: () => "Launched it again: " + toast.text
-        }, {
-            what: "three notifications and a pop-up",
-            seen: () => centre.list.count === 3 && popup.shown && _card().buttons.count > 0,
-            say: () => "A notification came and pops up: \"" + _card().summary + "\" with "
-                       + _card().buttons.count + " actions"
-        }, {
-            what: "a tray item",
-            seen: () => tray.list.count > 0 && _trayItem().title !== "",
-            say: () => "A tray item came: \"" + _trayItem().title + "\""
-        }, {
-            what: "pop-up and sentence in full view",
-            act: () => schemeChosen("light"),
-            seen: () => popup.settled && toast.opacity === 1,
-            say: () => "Everything is on the screen"
-        }, {
-            what: "the light picture",
-            act: () => _save("demo.png"),
-            seen: () => _saved === 1,
-            say: () => "Wrote " + pictures + "/demo.png"
-        }, {
-            what: "the dark picture",
-            act: () => { schemeChosen("dark"); _save("demo-dark.png"); },
-            seen: () => _saved === 2,
-            say: () => "Wrote " + pictures + "/demo-dark.png"
-        }, {
-            what: "the end of the pop-up",
-            seen: () => !popup.shown && centre.list.count === 3,
-            say: () => "The pop-up left by itself; the notification stays in the list"
-        }, {
-            what: "the end of the notification that was answered",
-            act: () => _card().buttons.itemAt(0).clicked(),
-            seen: () => centre.list.count === 2,
-            say: () => "Chose its first action: the notification left the list"
-        }, {
-            what: "the clicks",
-            act: () => { _trayItem().clicked(); _trayItem().secondaryClicked(); },
-            seen: () => true,
-            say: () => "Clicked the tray item with the left and the right button"
-        }, {
-            what: "the end of the two programs",
-            act: () => { _tile(1).stopRequested(); _tile(3).stopRequested(); },
-            seen: () => !_tile(1).isRunning && !_tile(3).isRunning,
-            say: () => "Stopped " + _tile(1).name + " and " + _tile(3).name
-        }
+        ["The launcher lists the programs, and not the hidden one",
+         () => launcher.grid.count === 15 && _tile("Writer") && !_tile("Background Agent")],
+        ["Typed two words: the spreadsheet is the best match",
+         () => launcher.grid.count === 1 && _tile("Spreadsheets"),
+         () => launcher.search.text = "tab sprea"],
+        ["Pressed Enter: it is running",
+         () => _tile("Spreadsheets").running,
+         () => launcher.search.accepted()],
+        ["Chose a category",
+         () => launcher.grid.count === 4 && _tile("Mail"),
+         () => { launcher.search.clear(); applications.category = "Office"; }],
+        ["Chose all of them again", () => _tile("Broken"), () => applications.category = ""],
+        ["Started a program that fails: it says why",
+         () => toast.shown && toast.text.startsWith("Broken"),
+         () => _click("Broken")],
+        ["Started another", () => _tile("Chat").running, () => _click("Chat")],
+        ["Stopped it", () => !_tile("Chat").running, () => _tile("Chat").stopRequested()],
+        ["The menu of a program has its actions",
+         () => launcher.menu.opened && launcher.menu.list.count === 4,
+         () => _tile("Calendar").menuRequested(40, 40)],
+        ["Chose one of them: it is running", () => _tile("Calendar").running,
+         () => launcher.menu.choose(3)],
+        ["Four notifications came, and three pop up",
+         () => centre.list.count === 4 && popups.count === 3 && _card("New message from Anna")],
+        ["One was updated in its place",
+         () => _card("Downloaded") && _card("Downloaded").notification.progress === 100],
+        ["Three tray items came", () => trayBar.items.count === 3 && _trayItem("Cloud storage")],
+        ["Wrote the light picture", () => _saved === 1,
+         () => { schemeChosen("light"); _save("demo.png"); }],
+        ["Wrote the dark picture", () => _saved === 2,
+         () => { schemeChosen("dark"); _save("demo-dark.png"); }],
+        ["Opened the menu of a tray item", () => trayBar.menu.opened && trayBar.menu.list.count === 6,
+         () => { schemeChosen("light"); _trayItem("Cloud storage").click(Qt.RightButton); }],
+        ["Wrote the picture of the menu", () => _saved === 3, () => _save("demo-menu.png")],
+        ["Chose from it", () => !trayBar.menu.opened, () => trayBar.menu.choose(0)],
+        ["Opened it by a click", () => trayBar.menu.opened && trayBar.menu.list.count === 6,
+         () => _trayItem("Cloud storage").click(Qt.LeftButton)],
+        ["Entered its submenu", () => trayBar.menu.list.count === 3, () => trayBar.menu.choose(3)],
+        ["Chose from that", () => !trayBar.menu.opened, () => trayBar.menu.choose(1)],
+        ["Clicked two items with the left and the middle button: the stopped one is grey",
+         () => _trayItems().filter(item => item.opacity < 0.5).length === 1,
+         () => _trayItems().forEach(item => { item.click(Qt.LeftButton); item.click(Qt.MiddleButton); })],
+        ["Dismissed the pop-ups; they stay in the list",
+         () => popups.count === 0 && centre.list.count === 4,
+         () => [0, 1, 2].forEach(row => popups.itemAtIndex(row).dismissed())],
+        ["Chose an action: the notification left the list", () => !_card("New message from Anna"),
+         () => _card("New message from Anna").buttons.itemAt(0).clicked()],
+        ["Clicked a notification: its program heard", () => !_card("Downloaded"),
+         () => _card("Downloaded").activate()],
+        ["Asks not to be disturbed", () => true, () => centre.quiet = true],
+        ["What is critical pops up all the same",
+         () => popups.count === 1 && _card("Battery almost empty")],
+        ["Of five of one program three are shown", () => _cards("News") === 3],
+        ["And the rest on demand", () => _cards("News") === 5, () => centre.unfold("News")],
+        ["Cleared the list", () => centre.list.count === 0 && popups.count === 0,
+         () => centre.notifications.clear()]
     ]
 
-    function _tile(row) {
-        return launcher.grid.itemAtIndex(row).tile;
+    function _named(view, name) {
+        for (let row = 0; row < view.count; ++row) {
+            const item = view.itemAtIndex ? view.itemAtIndex(row) : view.itemAt(row);
+            if (item && item.text === name)
+                return item;
+        }
+        return null;
     }
 
-    function _card() {
-        return centre.list.itemAtIndex(0);
+    function _tile(name) {
+        const item = _named(launcher.grid, name);
+        return item && item.tile;
     }
 
-    function _trayItem() {
-        return tray.list.itemAtIndex(0);
+    function _click(name) {
+        _tile(name).clicked();
+    }
+
+    function _card(summary) {
+        const item = _named(centre.list, summary);
+        return item && item.card;
+    }
+
+    function _cards(program) {
+        let cards = 0;
+        for (let row = 0; row < centre.list.count; ++row) {
+            const item = centre.list.itemAtIndex(row);
+            cards += item !== null && item.card.notification.appName === program;
+        }
+        return cards;
+    }
+
+    function _trayItem(title) {
+        return _named(trayBar.items, title);
+    }
+
+    function _trayItems() {
+        return [0, 1, 2].map(row => trayBar.items.itemAt(row))
+                        .filter(item => item.text === "Tray item example");
     }
 
     function _save(name) {
-        page.grabToImage(result => {
+        // What moves has settled by then.
+        settled.then = () => page.grabToImage(result => {
             if (result.saveToFile(pictures + "/" + name))
                 ++_saved;
         });
+        settled.restart();
     }
 
     function _end(code) {
@@ -104,20 +135,35 @@ Item {
         Qt.exit(code);
     }
 
+    // Here the pop-ups wait to be seen.
+    Component.onCompleted: popups.lifetime = 600000
+
+    Timer {
+        id: settled
+
+        property var then
+
+        interval: 4 * Theme.moment
+        onTriggered: then()
+    }
     Timer {
         id: poll
+
+        property bool begun: false
+
         interval: 50
         repeat: true
         running: true
         onTriggered: {
-            const step = walk._steps[walk._step];
-            if (!step.begun) {
-                step.begun = true;
+            const [sentence, seen, act] = walk._steps[walk._step];
+            if (!begun) {
+                begun = true;
                 patience.restart();
-                if (step.act)
-                    step.act();
-            } else if (step.seen()) {
-                console.log(step.say());
+                if (act)
+                    act();
+            } else if (seen()) {
+                console.log(sentence);
+                begun = false;
                 if (++walk._step === walk._steps.length)
                     walk._end(0);
             }
@@ -125,9 +171,10 @@ Item {
     }
     Timer {
         id: patience
-        interval: 30000
+
+        interval: 60000
         onTriggered: {
-            console.log("This did not come: " + walk._steps[walk._step].what);
+            console.log("This was not seen: " + walk._steps[walk._step][0]);
             walk._end(1);
         }
     }

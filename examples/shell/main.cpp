@@ -1,34 +1,17 @@
-#include "iconprovider.h"
-
 #include <QCommandLineParser>
 #include <QGuiApplication>
-#include <QLoggingCategory>
 #include <QQmlApplicationEngine>
-
-#include <cstdio>
-
-namespace {
-
-// What the QML prints is the output of the program. The debug lines of the tray have to be on, as
-// the bus names hang on them, and are not shown.
-void print(QtMsgType type, const QMessageLogContext &context, const QString &text)
-{
-    if (qstrcmp(context.category, "qml") == 0 && type == QtDebugMsg)
-        std::printf("%s\n", qPrintable(text));
-    else if (type != QtDebugMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-    std::fflush(stdout);
-}
-
-} // namespace
+#include <QStyleHints>
 
 int main(int argc, char **argv)
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("shell"));
-    QLoggingCategory::setFilterRules(QStringLiteral("xdg.system_tray.debug=true"));
-    qInstallMessageHandler(print);
+    // A cursor that blinks would have the window drawn anew all day long.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    qSetMessagePattern(QStringLiteral("%{message}"));
 
     const QCommandLineOption scheme(QStringLiteral("scheme"),
                                     QStringLiteral("Colours: light, dark or those of the system."),
@@ -37,8 +20,8 @@ int main(int argc, char **argv)
                                    QStringLiteral("pixels"), QStringLiteral("1200"));
     const QCommandLineOption pictures(
             QStringLiteral("pictures"),
-            QStringLiteral("Walk through what the shell can do, leave two pictures in the folder, "
-                           "and end."),
+            QStringLiteral("Walk through what the shell can do, leave pictures in the folder, and "
+                           "end."),
             QStringLiteral("folder"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A small desktop shell."));
@@ -48,7 +31,6 @@ int main(int argc, char **argv)
 
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral(QUORVANE_IMPORT_PATH));
-    engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
     engine.setInitialProperties({ { QStringLiteral("scheme"), parser.value(scheme) },
                                   { QStringLiteral("width"), parser.value(width).toInt() },
                                   { QStringLiteral("pictures"), parser.value(pictures) } });

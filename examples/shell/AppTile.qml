@@ -1,7 +1,8 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-// A program in the grid. A click starts it; while it runs, the corner button stops it.
+// A program in the grid. A click starts it, files that are dropped on it are opened with it; while it
+// runs, the corner button stops it.
 T.AbstractButton {
     id: tile
 
@@ -9,6 +10,7 @@ T.AbstractButton {
     property bool running: false
     property alias iconSource: image.icon
 
+    signal filesDropped(var urls)
     signal menuRequested(real x, real y)
     signal stopRequested
 
@@ -58,7 +60,7 @@ T.AbstractButton {
     }
     background: Rectangle {
         border { color: Theme.line; width: tile.running ? 1 : 0 }
-        color: tile.running ? Theme.surface : tile.hovered ? Theme.raised : "transparent"
+        color: tile.running ? Theme.surface : tile.hovered || drop.containsDrag ? Theme.raised : "transparent"
         radius: Theme.radius
 
         FocusRing { shown: tile.focused }
@@ -67,6 +69,13 @@ T.AbstractButton {
     TapHandler {
         acceptedButtons: Qt.RightButton
         onTapped: tile.menuRequested(eventPoint.position.x, eventPoint.position.y)
+    }
+    DropArea {
+        id: drop
+
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onDropped: event => tile.filesDropped(event.urls)
     }
     CornerButton {
         anchors { right: parent.right; top: parent.top; margins: 6 }

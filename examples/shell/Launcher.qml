@@ -153,6 +153,7 @@ FocusScope {
                         grid.currentIndex = index;
                         launcher.launch(index);
                     }
+                    onFilesDropped: launcher.applications.launch(model.appId, urls)
                     onMenuRequested: launcher.showMenu(index, x, y)
                     onStopRequested: launcher.applications.stop(model.appId)
                 }

@@ -31,8 +31,8 @@ ListView {
                 if (item.model.id !== id)
                     continue;
                 item.inFresh = !stack.quiet || item.model.urgency === 2;
-                while (freshOnes.count > 3)
-                    freshOnes.get(3).inFresh = false;
+                if (freshOnes.count > 3)
+                    _oldest().inFresh = false;
                 return;
             }
         }
@@ -42,6 +42,14 @@ ListView {
                 if (freshOnes.get(i).model.id === id)
                     freshOnes.get(i).inFresh = false;
             }
+        }
+
+        // The last to go: what is critical outlasts the rest.
+        function _oldest() {
+            let row = freshOnes.count - 1;
+            while (row > 0 && freshOnes.get(row).model.urgency === 2)
+                --row;
+            return freshOnes.get(row);
         }
 
         model: stack.notifications

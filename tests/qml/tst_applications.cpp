@@ -110,6 +110,7 @@ private Q_SLOTS:
         QVERIFY(_model->get(2).isEmpty() && _model->get(-1).isEmpty());
         _model->setShowAll(true);
         QCOMPARE(_ids(), "elsewhere kde-sub noDisplay plain");
+        QVERIFY(_model->find("plain") == _model->get(3) && _model->find("hidden").isEmpty());
         _model->setCategory("Chat");
         QCOMPARE(_ids(), "plain");
     }
@@ -127,6 +128,9 @@ private Q_SLOTS:
                                 : "Auto Geany GNU-Paint GParted gzip over Zelt");
         _model->setSearch("UBUNG");
         QCOMPARE(_ids(), german ? "over" : "");
+        _fixture.write("home/desktop-directories/Game.directory", { "Name=Fun", "Name[de]=Spiel" });
+        QCOMPARE(_model->categoryName("Game"), german ? "Spiel" : "Fun");
+        QCOMPARE(_model->categoryName("Network") + _model->categoryName("X-M"), "InternetX-M");
     }
 
     void searchFindsWords()
@@ -217,6 +221,7 @@ private Q_SLOTS:
         _app("files", { "Exec=" + _fixture.childCommand("report", "%U 'a b' %c"), "Actions=new;",
                         "[Desktop Action new]", "Exec=" + _fixture.childCommand("new", "x") });
         _app("terminal", { "Terminal=true", "Exec=sh 'a b'", "Path=" + _fixture.path("home") });
+        _app("sort", { "Exec=sort c", "Path=" + _fixture.path("home") });
         QVERIFY(QFile::link(CHILD, _fixture.path("home/xdg-terminal-exec")));
         qputenv("PATH", qPrintable(_fixture.path("home:")) + qgetenv("PATH"));
         _load();
@@ -230,6 +235,9 @@ private Q_SLOTS:
         QVERIFY(first != second && _runs(first) && _runs(second));
         _model->launch("terminal");
         QCOMPARE(_fixture.report("home/sh"), QStringList { "a b" });
+        _model->launchInTerminal("sort");
+        QCOMPARE(_fixture.report("home/sort"), QStringList { "c" });
+        _model->stop("sort");
         _model->stop("files");
         _model->stop("terminal");
         QTRY_VERIFY(_pid("files") + _pid("terminal") == 0 && !_runs(first) && !_runs(second));

@@ -46,6 +46,7 @@ menu = Menu(dbus.SessionBus(), "/menu")
 menu.show()
 name = dbus.service.BusName("org.quorvane.menu", dbus.SessionBus())
 
+bus = Gio.bus_get_sync(2)  # Before the indicator asks for it, which may be in vain otherwise.
 widgets = Gtk.Menu()
 loud = Gtk.RadioMenuItem(label="Loud", active=True)
 more = Gtk.MenuItem(label="More", submenu=Gtk.Menu())
@@ -57,7 +58,7 @@ for widget in (Gtk.MenuItem(label="_Open", use_underline=True), Gtk.SeparatorMen
 widgets.show_all()
 indicator = AyatanaAppIndicator3.Indicator.new("kettle", "kettle", 0)
 indicator.set_menu(widgets)
-Gio.bus_own_name_on_connection(Gio.bus_get_sync(2), "org.quorvane.gtk", 0, lambda *_: print("ready", flush=True))
+Gio.bus_own_name_on_connection(bus, "org.quorvane.gtk", 0, lambda *_: print("ready", flush=True))
 # Each line of the standard input is run.
 GLib.io_add_watch(0, GLib.IO_IN, lambda *_: exec(sys.stdin.readline(), globals()) or True)
 GLib.MainLoop().run()

@@ -12,6 +12,9 @@ TrayWatcher::TrayWatcher(QObject *parent)
     , _owners(QString(), QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
 {
     new TrayWatcherAdaptor(this);
+    for (auto change : { &TrayWatcher::StatusNotifierItemRegistered,
+                         &TrayWatcher::StatusNotifierItemUnregistered })
+        connect(this, change, this, &TrayWatcher::registeredItemsChanged);
     connect(&_owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &service, const QString &before) {
                 if (!before.isEmpty())

@@ -20,7 +20,8 @@ class TrayWatcher
     , protected QDBusContext
 {
     Q_OBJECT
-    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ registeredItems)
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ registeredItems NOTIFY
+                       registeredItemsChanged)
     Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isHostRegistered CONSTANT)
     Q_PROPERTY(int ProtocolVersion READ protocolVersion CONSTANT)
 
@@ -41,6 +42,7 @@ Q_SIGNALS:
     void StatusNotifierItemUnregistered(const QString &item);
     void StatusNotifierHostRegistered();
     void StatusNotifierHostUnregistered();
+    void registeredItemsChanged();
 
 private:
     struct Entry

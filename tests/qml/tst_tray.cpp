@@ -31,10 +31,11 @@ struct Peer : QProcess
 // The values of some roles in all rows.
 static QString text(const Tray &tray, const QString &roles)
 {
+    const QStringList names = roles.split(' ');
     QStringList rows;
     for (int row = 0; row < tray.rowCount(); ++row) {
         QStringList values;
-        for (const QString &role : roles.split(' '))
+        for (const QString &role : names)
             values += tray.get(row).value(role).toString();
         rows += values.join('|');
     }

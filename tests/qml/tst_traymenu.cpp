@@ -26,7 +26,7 @@ static QString text(const TrayMenu *menu)
 }
 
 #define SHOWS(expected) QTRY_COMPARE_WITH_TIMEOUT(text(&_menu), QString(expected), 20000)
-#define SAYS(peer, said) QTRY_VERIFY_WITH_TIMEOUT(peer.peek(1 << 20).contains(said), 20000)
+#define SAYS(peer, said) QTRY_VERIFY_WITH_TIMEOUT((peer).peek(1 << 20).contains(said), 20000)
 
 class TrayMenuTest : public QObject
 {

@@ -86,7 +86,8 @@ private Q_SLOTS:
         SAYS(peer, "ready");
         _read(QString("org.kde.StatusNotifierItem-%1-1").arg(peer.processId()), "/MenuBar");
         SHOWS("RedCtrl+R ev*|More ev{}");
-        QCOMPARE(ImageStore::find(_menu.get(0).value("iconSource").toString()).pixelColor(8, 8), Qt::red);
+        QCOMPARE(ImageStore::find(_menu.get(0).value("iconSource").toString()).pixelColor(8, 8),
+                 Qt::red);
         QSignalSpy opened(_menu.submenu(1), &TrayMenu::opened);
         _menu.submenu(1)->open();
         QVERIFY(opened.wait(20000));

@@ -31,8 +31,8 @@ packages='
     python3-gi
     qml
     qml-module-qtqml-models2
+    qml-module-qtquick-controls2
     qml-module-qtquick-layouts
-    qml-module-qtquick-templates2
     qml-module-qtquick-window2
     qml-module-qtquick2
     qtbase5-dev

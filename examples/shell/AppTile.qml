@@ -1,9 +1,9 @@
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
+import QtQuick.Controls 2.15 as Controls
 
 // A program in the grid. A click starts it, files that are dropped on it are opened with it; while it
 // runs, the corner button stops it.
-T.AbstractButton {
+Controls.AbstractButton {
     id: tile
 
     property bool focused: false
@@ -15,7 +15,6 @@ T.AbstractButton {
     signal stopRequested
 
     focusPolicy: Qt.NoFocus
-    hoverEnabled: true
     padding: 12
     Accessible.name: running ? text + ", running" : text
 
@@ -29,8 +28,6 @@ T.AbstractButton {
             label: tile.text
             size: 56
             scale: tile.down ? 0.94 : 1
-
-            Behavior on scale { NumberAnimation { duration: Theme.moment } }
         }
         Label {
             width: parent.width
@@ -39,31 +36,20 @@ T.AbstractButton {
             text: tile.text
             wrapMode: Text.Wrap
         }
-        Row {
-            anchors.horizontalCenter: parent.horizontalCenter
-            spacing: 6
+        Label {
+            width: parent.width
+            color: Theme.running
+            font.pixelSize: Theme.smallText
+            horizontalAlignment: Text.AlignHCenter
+            text: "\u25cf Running"
             visible: tile.running
-
-            Rectangle {
-                width: 8
-                height: 8
-                anchors.verticalCenter: parent.verticalCenter
-                color: Theme.running
-                radius: 4
-            }
-            Label {
-                color: Theme.running
-                font.pixelSize: Theme.smallText
-                text: "Running"
-            }
         }
     }
     background: Rectangle {
-        border { color: Theme.line; width: tile.running ? 1 : 0 }
+        border.color: tile.focused ? Theme.accent : Theme.line
+        border.width: tile.focused ? 2 : tile.running ? 1 : 0
         color: tile.running ? Theme.surface : tile.hovered || drop.containsDrag ? Theme.raised : "transparent"
         radius: Theme.radius
-
-        FocusRing { shown: tile.focused }
     }
 
     TapHandler {
@@ -80,15 +66,9 @@ T.AbstractButton {
     CornerButton {
         anchors { right: parent.right; top: parent.top; margins: 6 }
         focusPolicy: Qt.NoFocus
+        icon.source: "image://quorvane/icon/media-playback-stop-symbolic"
         text: "Stop " + tile.text
         visible: tile.running
         onClicked: tile.stopRequested()
-
-        sign: Rectangle {
-            width: 9
-            height: 9
-            color: Theme.muted
-            radius: 1
-        }
     }
 }

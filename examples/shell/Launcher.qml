@@ -1,6 +1,6 @@
 import QtQuick 2.15
+import QtQuick.Controls 2.15 as Controls
 import QtQuick.Layouts 1.15
-import QtQuick.Templates 2.15 as T
 import Quorvane 1.1
 
 // The installed programs: search, categories, and a grid that starts and stops them.
@@ -26,9 +26,9 @@ FocusScope {
     }
 
     function showMenu(row, x, y) {
-        const id = applications.get(row).appId;
-        const entry = (label, act) => ({ label: label, act: act });
         const application = applications.get(row);
+        const id = application.appId;
+        const entry = (label, act) => ({ label, act });
         grid.currentIndex = row;
         menu.show(grid.itemAtIndex(row), x, y, [
             entry("Start", () => applications.launch(id, [])),
@@ -53,14 +53,11 @@ FocusScope {
         onClosed: grid.forceActiveFocus()
     }
     ColumnLayout {
-        anchors.fill: parent
+        anchors { fill: parent; margins: Theme.margin; bottomMargin: 0 }
         spacing: 12
 
         RowLayout {
             Layout.fillWidth: true
-            Layout.leftMargin: Theme.margin
-            Layout.rightMargin: Theme.margin
-            Layout.topMargin: Theme.margin
             spacing: Theme.margin
 
             Label {
@@ -69,26 +66,42 @@ FocusScope {
                 font { bold: true; pixelSize: Theme.headingText }
                 visible: text !== ""
             }
-            SearchField {
+            Controls.TextField {
                 id: search
 
                 Layout.fillWidth: true
                 Layout.maximumWidth: 440
                 focus: true
-                hint: "Search applications"
+                leftPadding: 40
+                placeholderText: "Search applications"
+                selectByMouse: true
+                Accessible.name: placeholderText
                 Keys.onDownPressed: grid.forceActiveFocus()
+                Keys.onEscapePressed: clear()
                 onAccepted: launcher.launch(0)
                 onTextChanged: {
                     launcher.applications.search = text;
                     grid.currentIndex = 0;
+                }
+
+                background: Rectangle {
+                    implicitHeight: 40
+                    border { color: search.activeFocus ? Theme.accent : Theme.line; width: 1 }
+                    color: Theme.surface
+                    radius: height / 2
+
+                    Icon {
+                        x: 14
+                        anchors.verticalCenter: parent.verticalCenter
+                        icon: "image://quorvane/icon/edit-find-symbolic"
+                        size: 16
+                    }
                 }
             }
         }
 
         ChipRow {
             Layout.fillWidth: true
-            Layout.leftMargin: Theme.margin - 4
-            Layout.rightMargin: Theme.margin - 4
             chosen: launcher.applications.category
             model: [""].concat(launcher._categories)
             textOf: category => category === "" ? "All" : launcher.applications.categoryName(category)
@@ -102,14 +115,8 @@ FocusScope {
             readonly property int _columns: Math.max(1, Math.floor(width / 132))
             readonly property int _page: _columns * Math.max(1, Math.floor(height / cellHeight))
 
-            function _goTo(row) {
-                currentIndex = Math.max(0, Math.min(count - 1, row));
-            }
-
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.leftMargin: Theme.margin - 12
-            Layout.rightMargin: Theme.margin - 12
             activeFocusOnTab: count > 0
             boundsBehavior: Flickable.StopAtBounds
             cellHeight: 144
@@ -120,7 +127,7 @@ FocusScope {
             Accessible.name: "Applications"
             Keys.onReturnPressed: launcher.launch(currentIndex)
             Keys.onEnterPressed: launcher.launch(currentIndex)
-            Keys.onDeletePressed: if (currentItem) currentItem.tile.stopRequested()
+            Keys.onDeletePressed: if (currentItem) currentItem.stopRequested()
             Keys.onMenuPressed: launcher.showMenu(currentIndex, cellWidth / 2, cellHeight / 2)
             Keys.onUpPressed: currentIndex < _columns ? search.forceActiveFocus() : moveCurrentIndexUp()
             Keys.onPressed: {
@@ -129,34 +136,25 @@ FocusScope {
                              [Qt.Key_PageDown]: currentIndex + _page }[event.key];
                 event.accepted = to !== undefined;
                 if (event.accepted)
-                    _goTo(to);
+                    currentIndex = Math.max(0, Math.min(count - 1, to));
             }
-            T.ScrollBar.vertical: SlimScrollBar { }
+            Controls.ScrollBar.vertical: Controls.ScrollBar { }
 
-            delegate: Item {
-                property alias tile: tile
-                readonly property string text: model.name
-
-                width: grid.cellWidth
-                height: grid.cellHeight
-
-                AppTile {
-                    id: tile
-
-                    anchors { fill: parent; margins: 4 }
-                    focused: grid.activeFocus && parent.GridView.isCurrentItem
-                    iconSource: model.iconSource
-                    running: model.running
-                    text: model.name
-                    Accessible.description: model.comment
-                    onClicked: {
-                        grid.currentIndex = index;
-                        launcher.launch(index);
-                    }
-                    onFilesDropped: launcher.applications.launch(model.appId, urls)
-                    onMenuRequested: launcher.showMenu(index, x, y)
-                    onStopRequested: launcher.applications.stop(model.appId)
+            delegate: AppTile {
+                width: grid.cellWidth - Theme.gap
+                height: grid.cellHeight - Theme.gap
+                focused: grid.activeFocus && GridView.isCurrentItem
+                iconSource: model.iconSource
+                running: model.running
+                text: model.name
+                Accessible.description: model.comment
+                onClicked: {
+                    grid.currentIndex = index;
+                    launcher.launch(index);
                 }
+                onFilesDropped: launcher.applications.launch(model.appId, urls)
+                onMenuRequested: launcher.showMenu(index, x, y)
+                onStopRequested: launcher.applications.stop(model.appId)
             }
 
             EmptyState {

@@ -1,9 +1,9 @@
 import QtQuick 2.15
+import QtQuick.Controls 2.15 as Controls
 import QtQuick.Layouts 1.15
-import QtQuick.Window 2.15
 import Quorvane 1.1
 
-Window {
+Controls.ApplicationWindow {
     id: shell
 
     property string scheme: "system"
@@ -21,115 +21,100 @@ Window {
     height: 800
     minimumWidth: 480
     minimumHeight: 480
-    color: Theme.window
+    font.pixelSize: Theme.bodyText
+    palette {
+        base: Theme.surface
+        buttonText: Theme.text
+        highlight: Theme.accent
+        highlightedText: Theme.accentText
+        mid: Theme.line
+        text: Theme.text
+        windowText: Theme.text
+    }
     title: "Quorvane"
     visible: true
+    onSchemeChanged: Theme.scheme = scheme
     onStandingChanged: console.log(standing || "Notifications and tray are served here")
 
-    Binding {
-        target: Theme
-        property: "scheme"
-        value: shell.scheme
-    }
     Applications {
         id: programs
-        onFailed: notice.show((programs.find(appId).name || appId) + ": " + message)
+        onFailed: notice.show((programs.find(appId).name || appId) + ": " + message, 4000)
     }
     Notifications { id: messages }
     Tray { id: trayItems }
 
-    Rectangle {
-        id: screen
+    background: Rectangle { color: Theme.window }
+    header: Controls.Control {
+        horizontalPadding: Theme.margin
+        topPadding: 16
+        visible: !shell.wide
 
+        contentItem: ChipRow {
+            id: panes
+
+            chosen: "Applications"
+            model: ["Applications", "Notifications"]
+            textOf: pane => pane === "Notifications" && messages.count > 0
+                            ? pane + " (" + messages.count + ")" : pane
+            onChose: chosen = choice
+        }
+    }
+    footer: TrayBar {
+        id: bar
+        standing: shell.standing
+        tray: trayItems
+    }
+
+    RowLayout {
         anchors.fill: parent
-        color: Theme.window
+        spacing: 0
 
-        ColumnLayout {
-            anchors.fill: parent
-            spacing: 0
+        Launcher {
+            id: launcherPane
 
-            Rectangle {
-                Layout.fillWidth: true
-                Layout.preferredHeight: 56
-                color: Theme.surface
-                visible: !shell.wide
-
-                Rectangle {
-                    y: parent.height - height
-                    width: parent.width
-                    height: 1
-                    color: Theme.line
-                }
-                ChipRow {
-                    id: panes
-
-                    anchors { fill: parent; leftMargin: Theme.margin - 4; topMargin: 8 }
-                    chosen: "Applications"
-                    model: ["Applications", "Notifications"]
-                    textOf: pane => pane === "Notifications" && messages.count > 0
-                                    ? pane + " (" + messages.count + ")" : pane
-                    onChose: chosen = choice
-                }
-            }
-            RowLayout {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                spacing: 0
-
-                Launcher {
-                    id: launcherPane
-
-                    Layout.fillWidth: true
-                    Layout.fillHeight: true
-                    applications: programs
-                    focus: true
-                    heading: shell.wide ? "Applications" : ""
-                    visible: shell.wide || panes.chosen === "Applications"
-                }
-                Rectangle {
-                    Layout.preferredWidth: 1
-                    Layout.fillHeight: true
-                    color: Theme.line
-                    visible: shell.wide
-                }
-                NotificationCentre {
-                    id: centrePane
-
-                    Layout.fillHeight: true
-                    Layout.fillWidth: !shell.wide
-                    Layout.preferredWidth: Math.min(420, shell.width / 3)
-                    heading: shell.wide ? "Notifications" : ""
-                    notifications: messages
-                    visible: shell.wide || panes.chosen === "Notifications"
-                }
-            }
-            TrayBar {
-                id: bar
-
-                Layout.fillWidth: true
-                standing: shell.standing
-                tray: trayItems
-            }
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            applications: programs
+            focus: true
+            heading: shell.wide ? "Applications" : ""
+            visible: shell.wide || panes.chosen === "Applications"
         }
+        Rectangle {
+            Layout.preferredWidth: 1
+            Layout.fillHeight: true
+            color: Theme.line
+            visible: shell.wide
+        }
+        NotificationCentre {
+            id: centrePane
 
-        // Over the launcher, so that the list of the centre stays free.
-        PopupStack {
-            id: popupStack
-
-            width: Math.min(380, launcherPane.width - 2 * Theme.margin)
-            height: Math.min(contentHeight, parent.height - 120)
-            x: launcherPane.width - width - Theme.margin
-            anchors { bottom: parent.bottom; bottomMargin: bar.height + 16 }
+            Layout.fillHeight: true
+            Layout.fillWidth: !shell.wide
+            Layout.preferredWidth: Math.min(420, shell.width / 3)
+            heading: shell.wide ? "Notifications" : ""
             notifications: messages
-            quiet: centrePane.quiet
-            visible: launcherPane.visible
+            visible: shell.wide || panes.chosen === "Notifications"
         }
-        Toast {
-            id: notice
+    }
 
-            x: Theme.margin
-            anchors { bottom: parent.bottom; bottomMargin: bar.height + 16 }
-        }
+    // Over the launcher, so that the list of the centre stays free.
+    PopupStack {
+        id: popupStack
+
+        width: Math.min(380, launcherPane.width - 2 * Theme.margin)
+        height: Math.min(implicitHeight, parent.height - 64)
+        x: launcherPane.width - width - Theme.margin
+        anchors { bottom: parent.bottom; bottomMargin: 16 }
+        notifications: messages
+        now: centrePane.now
+        quiet: centrePane.quiet
+        visible: launcherPane.visible
+    }
+    Tip {
+        id: notice
+
+        x: Theme.margin
+        y: parent.height - height - 16
     }
 
     Loader {
@@ -138,12 +123,10 @@ Window {
             applications: programs
             centre: centrePane
             launcher: launcherPane
-            page: shell.contentItem
             pictures: shell.pictures
             popups: popupStack
             toast: notice
             trayBar: bar
-            onSchemeChosen: shell.scheme = scheme
         }
     }
 }

@@ -1,5 +1,5 @@
 import QtQuick 2.15
-import QtQuick.Layouts 1.15
+import QtQuick.Controls 2.15 as Controls
 
 // One notification: who says what, and what can be answered. A click does what the notification is
 // about; a middle click or a swipe dismisses it.
@@ -9,12 +9,15 @@ Rectangle {
     property var notification // The roles of its row.
     property date now
     property bool focused: false
+    property int folded: 0 // How many of the same program are behind it.
     property alias buttons: buttons
+    property alias text: summary.text
     readonly property bool critical: notification.urgency === 2
     readonly property string _application: notification.appName || "A program"
 
     signal dismissed
     signal answered(string key)
+    signal unfolded
 
     function activate() {
         if (notification.hasDefault)
@@ -30,7 +33,8 @@ Rectangle {
     }
 
     implicitHeight: content.implicitHeight + 28
-    border { color: critical ? Theme.critical : Theme.line; width: critical ? 2 : 1 }
+    border.color: focused ? Theme.accent : critical ? Theme.critical : Theme.line
+    border.width: focused || critical ? 2 : 1
     color: area.containsMouse && notification.hasDefault ? Theme.raised : Theme.surface
     opacity: 1 - Math.min(0.8, Math.abs(swipe.translation.x) / width)
     radius: Theme.radius
@@ -65,6 +69,12 @@ Rectangle {
         label: card._application
         size: 40
     }
+    CornerButton {
+        anchors { right: parent.right; top: parent.top; margins: 14 }
+        icon.source: "image://quorvane/icon/window-close-symbolic"
+        text: "Dismiss"
+        onClicked: card.dismissed()
+    }
     Column {
         id: content
 
@@ -72,23 +82,16 @@ Rectangle {
         y: 14
         spacing: 6
 
-        RowLayout {
-            width: parent.width
-            spacing: Theme.gap
-
-            Label {
-                Layout.fillWidth: true
-                color: card.critical ? Theme.critical : Theme.muted
-                font.pixelSize: Theme.smallText
-                text: card._application + " \u00b7 " + card._age()
-            }
-            CornerButton {
-                sign: Cross { }
-                text: "Dismiss"
-                onClicked: card.dismissed()
-            }
+        Label {
+            width: parent.width - 30
+            height: 26
+            color: card.critical ? Theme.critical : Theme.muted
+            font.pixelSize: Theme.smallText
+            text: card._application + " \u00b7 " + card._age()
         }
         Label {
+            id: summary
+
             width: parent.width
             color: card.notification.urgency === 0 ? Theme.muted : Theme.text
             font { bold: true; pixelSize: Theme.titleText }
@@ -109,27 +112,28 @@ Rectangle {
             wrapMode: Text.Wrap
             onLinkActivated: Qt.openUrlExternally(link)
         }
-        Rectangle {
-            width: parent.width
-            height: 6
-            color: Theme.raised
-            radius: 3
-            visible: card.notification.progress >= 0
-            Accessible.role: Accessible.ProgressBar
-            Accessible.name: card.notification.progress + " %"
+        Controls.ProgressBar {
+            id: progress
 
-            Rectangle {
-                width: parent.width * card.notification.progress / 100
-                height: parent.height
-                color: Theme.accent
-                radius: 3
+            width: parent.width
+            palette.midlight: Theme.raised
+            to: 100
+            value: card.notification.progress
+            visible: card.notification.progress >= 0
+
+            contentItem: Item {
+                Rectangle {
+                    width: parent.width * progress.position
+                    height: 6
+                    color: Theme.accent
+                }
             }
         }
         Flow {
             width: parent.width
             topPadding: 2
             spacing: Theme.gap
-            visible: buttons.count > 0
+            visible: buttons.count > 0 || card.folded > 0
 
             Repeater {
                 id: buttons
@@ -137,13 +141,17 @@ Rectangle {
                 model: card.notification.actions
                 delegate: PushButton {
                     width: Math.min(implicitWidth, content.width)
-                    prominent: index === 0
+                    highlighted: index === 0
                     text: modelData.text
                     onClicked: card.answered(modelData.key)
                 }
             }
+            PushButton {
+                width: Math.min(implicitWidth, content.width)
+                text: card.folded + " more from " + card._application
+                visible: card.folded > 0
+                onClicked: card.unfolded()
+            }
         }
     }
-
-    FocusRing { shown: card.focused }
 }

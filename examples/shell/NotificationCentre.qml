@@ -1,10 +1,11 @@
 import QtQuick 2.15
+import QtQuick.Controls 2.15 as Controls
 import QtQuick.Layouts 1.15
-import QtQuick.Templates 2.15 as T
 import QtQml.Models 2.15
 import Quorvane 1.1
 
-// What is pending, newest first. Of one program three are shown, and the rest folded.
+// What is pending, newest first. Of one program three are shown, and the rest folded
+// but for what is critical.
 FocusScope {
     id: centre
 
@@ -12,7 +13,7 @@ FocusScope {
     property alias list: list
     property alias heading: heading.text
     property bool quiet: false // Do not disturb: the shell pops up what is critical only.
-    property date _now: new Date()
+    property date now: new Date()
     property var _unfolded: ({}) // Names of programs.
     property var _folded: ({}) // How many are folded behind the notification of an id.
 
@@ -30,14 +31,15 @@ FocusScope {
             for (let i = 0; i < items.count; ++i) {
                 const item = items.get(i);
                 const of = seen[item.model.appName] || (seen[item.model.appName] = { count: 0 });
-                item.inShown = ++of.count <= 3 || !!centre._unfolded[item.model.appName];
-                if (item.inShown)
-                    of.last = item.model.id;
-                else
+                item.inShown = item.model.urgency === 2 || ++of.count <= 3
+                               || !!centre._unfolded[item.model.appName];
+                if (!item.inShown)
                     folded[of.last] = of.count - 3;
+                else if (item.model.urgency !== 2)
+                    of.last = item.model.id;
             }
             centre._folded = folded;
-            centre._now = new Date();
+            centre.now = new Date();
         }
 
         model: centre.notifications
@@ -48,48 +50,30 @@ FocusScope {
         filterOnGroup: "shown"
         items.onChanged: Qt.callLater(arrange)
 
-        delegate: Column {
-            property alias card: card
-            readonly property string text: model.summary
-
+        delegate: NotificationCard {
             width: list.width
-            spacing: 6
-
-            NotificationCard {
-                id: card
-
-                width: parent.width
-                focused: list.activeFocus && parent.ListView.isCurrentItem
-                notification: model
-                now: centre._now
-                onAnswered: centre.notifications.invoke(model.id, key)
-                onDismissed: centre.notifications.dismiss(model.id)
-            }
-            PushButton {
-                objectName: "more"
-                text: centre._folded[model.id] + " more from " + (model.appName || "a program")
-                visible: model.id in centre._folded
-                width: Math.min(implicitWidth, parent.width)
-                onClicked: centre.unfold(model.appName)
-            }
+            focused: list.activeFocus && ListView.isCurrentItem
+            folded: centre._folded[model.id] || 0
+            notification: model
+            now: centre.now
+            onAnswered: centre.notifications.invoke(model.id, key)
+            onDismissed: centre.notifications.dismiss(model.id)
+            onUnfolded: centre.unfold(model.appName)
         }
     }
     Timer { // For the ages.
         interval: 30000
         repeat: true
-        running: list.count > 0 && centre.visible
-        onTriggered: centre._now = new Date()
+        running: list.count > 0
+        onTriggered: centre.now = new Date()
     }
 
     ColumnLayout {
-        anchors.fill: parent
+        anchors { fill: parent; margins: Theme.margin; bottomMargin: 0 }
         spacing: 12
 
         RowLayout {
             Layout.fillWidth: true
-            Layout.leftMargin: Theme.margin
-            Layout.rightMargin: Theme.margin
-            Layout.topMargin: Theme.margin
             Layout.minimumHeight: 40
             spacing: Theme.gap
 
@@ -101,14 +85,12 @@ FocusScope {
             }
             PushButton {
                 checkable: true
-                prominent: checked
                 text: "Quiet"
                 Accessible.name: "Do not disturb"
-                Accessible.checkable: true
-                Accessible.checked: checked
                 onToggled: centre.quiet = checked
 
                 Tip {
+                    delay: 500
                     text: "Do not disturb: only what is critical pops up"
                     visible: parent.hovered
                 }
@@ -125,8 +107,6 @@ FocusScope {
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.leftMargin: Theme.margin
-            Layout.rightMargin: Theme.margin
             activeFocusOnTab: count > 0
             bottomMargin: Theme.margin
             boundsBehavior: Flickable.StopAtBounds
@@ -136,9 +116,9 @@ FocusScope {
             Accessible.role: Accessible.List
             Accessible.name: "Notifications"
             onCountChanged: if (!activeFocus) currentIndex = 0
-            Keys.onDeletePressed: if (currentItem) currentItem.card.dismissed()
-            Keys.onReturnPressed: if (currentItem) currentItem.card.activate()
-            T.ScrollBar.vertical: SlimScrollBar { }
+            Keys.onDeletePressed: if (currentItem) currentItem.dismissed()
+            Keys.onReturnPressed: if (currentItem) currentItem.activate()
+            Controls.ScrollBar.vertical: Controls.ScrollBar { }
 
             EmptyState {
                 title: centre.notifications.registered ? "All quiet" : "Shown elsewhere"

@@ -1,9 +1,9 @@
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
+import QtQuick.Controls 2.15 as Controls
 
 // A menu: of a tray item, whose submenus take its place when they are entered, or a list of
 // { label, act } for a menu of the shell's own.
-T.Popup {
+Controls.Popup {
     id: popup
 
     property alias list: list
@@ -21,7 +21,7 @@ T.Popup {
 
     function choose(row) {
         const entry = Array.isArray(_menu) ? _menu[row] : _menu.get(row);
-        if (entry.enabled === false || entry.separator)
+        if (row < 0 || entry.enabled === false || entry.separator)
             return;
         if (entry.hasChildren)
             return _enter(_menu.submenu(row));
@@ -46,8 +46,8 @@ T.Popup {
     x: _place.x
     y: parent && _place.y + implicitHeight > parent.height ? _place.y - implicitHeight : _place.y
     implicitHeight: contentItem.implicitHeight + 12
-    parent: T.Overlay.overlay
-    width: 260
+    parent: Controls.Overlay.overlay
+    width: 300
     focus: true
     margins: 6
     padding: 6
@@ -72,11 +72,11 @@ T.Popup {
             highlightMoveDuration: 0
             model: popup._menu
             Accessible.role: Accessible.PopupMenu
-            Keys.onReturnPressed: if (currentIndex >= 0) popup.choose(currentIndex)
-            Keys.onEnterPressed: if (currentIndex >= 0) popup.choose(currentIndex)
-            Keys.onRightPressed: if (currentIndex >= 0) popup.choose(currentIndex)
+            Keys.onReturnPressed: popup.choose(currentIndex)
+            Keys.onEnterPressed: popup.choose(currentIndex)
+            Keys.onRightPressed: popup.choose(currentIndex)
             Keys.onLeftPressed: if (popup._levels.length > 1) popup._leave()
-            T.ScrollBar.vertical: SlimScrollBar { }
+            Controls.ScrollBar.vertical: Controls.ScrollBar { }
 
             delegate: MenuRow {
                 width: list.width
@@ -88,7 +88,7 @@ T.Popup {
         }
     }
     background: Rectangle {
-        border { color: Theme.line; width: 1 }
+        border.color: Theme.line
         color: Theme.surface
         radius: Theme.radius
     }

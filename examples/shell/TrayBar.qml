@@ -1,6 +1,6 @@
 import QtQuick 2.15
+import QtQuick.Controls 2.15 as Controls
 import QtQuick.Layouts 1.15
-import QtQuick.Templates 2.15 as T
 import Quorvane 1.1
 
 // The bar at the bottom: the tray, who else serves this desktop, and the time. Items that find no
@@ -46,6 +46,7 @@ Rectangle {
 
                 model: bar.tray
                 delegate: TrayItem {
+                    explained: !menu.visible
                     tray: bar.tray
                     visible: index < bar._room
                 }
@@ -57,12 +58,10 @@ Rectangle {
             Accessible.name: "More tray items"
             onClicked: overflow.open()
 
-            T.Popup {
+            Controls.Popup {
                 id: overflow
 
                 y: -height - 12
-                implicitWidth: contentItem.implicitWidth + 16
-                implicitHeight: contentItem.implicitHeight + 16
                 focus: true
                 margins: 6
                 padding: 8
@@ -80,7 +79,7 @@ Rectangle {
                     }
                 }
                 background: Rectangle {
-                    border { color: Theme.line; width: 1 }
+                    border.color: Theme.line
                     color: Theme.surface
                     radius: Theme.radius
                 }

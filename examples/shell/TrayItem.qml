@@ -1,15 +1,15 @@
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
+import QtQuick.Controls 2.15 as Controls
 import Quorvane 1.1
 
 // A program's place in the tray.
-T.AbstractButton {
+Controls.AbstractButton {
     id: item
 
     required property var model // The roles of its row.
     required property int index
     property Tray tray
-    readonly property string _title: model.title || model.itemId
+    property bool explained: true // Under the pointer.
 
     function click(button) {
         const place = mapToGlobal(0, 0);
@@ -21,10 +21,9 @@ T.AbstractButton {
     implicitHeight: 40
     implicitWidth: 40
     focusPolicy: Qt.StrongFocus
-    hoverEnabled: true
     opacity: !model.responds ? 0.4 : model.status === "Passive" ? 0.65 : 1
-    text: _title
-    Accessible.name: _title + (model.status === "NeedsAttention" ? ", needs attention" : "")
+    text: model.title || model.itemId
+    Accessible.name: text + (model.status === "NeedsAttention" ? ", needs attention" : "")
                      + (model.responds ? "" : ", does not respond")
     onClicked: click(Qt.LeftButton)
     Keys.onReturnPressed: clicked()
@@ -35,29 +34,25 @@ T.AbstractButton {
         Icon {
             anchors.centerIn: parent
             icon: item.model.iconSource
-            label: item._title
+            label: item.text
             size: 24
         }
-        Rectangle {
-            anchors { right: parent.right; top: parent.top; margins: 4 }
-            width: 10
-            height: 10
-            border { color: Theme.surface; width: 2 }
+        Label {
+            anchors { right: parent.right; top: parent.top; rightMargin: 4 }
             color: Theme.attention
-            radius: 5
-            visible: item.model.status === "NeedsAttention"
+            text: item.model.status === "NeedsAttention" ? "\u25cf" : ""
         }
     }
     background: Rectangle {
+        border { color: Theme.accent; width: item.visualFocus ? 2 : 0 }
         color: item.hovered || item.down ? Theme.raised : "transparent"
         radius: Theme.radius
-
-        FocusRing { shown: item.visualFocus }
     }
 
     Tip {
+        delay: 500
         text: item.model.toolTip + (item.model.responds ? "" : "\nDoes not respond")
-        visible: item.hovered
+        visible: item.hovered && item.explained
     }
     MouseArea {
         anchors.fill: parent

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import Quorvane 1.1
 
 // Uses the shell as somebody at the screen would, says what is seen, and ends the program: with 0
@@ -10,12 +11,9 @@ Item {
     required property Launcher launcher
     required property NotificationCentre centre
     required property PopupStack popups
-    required property Toast toast
+    required property Tip toast
     required property TrayBar trayBar
-    required property Item page
     required property string pictures
-
-    signal schemeChosen(string scheme)
 
     property int _step: 0
     property int _saved: 0
@@ -35,9 +33,9 @@ Item {
          () => { launcher.search.clear(); applications.category = "Office"; }],
         ["Chose all of them again", () => _tile("Broken"), () => applications.category = ""],
         ["Started a program that fails: it says why",
-         () => toast.shown && toast.text.startsWith("Broken"),
-         () => _click("Broken")],
-        ["Started another", () => _tile("Chat").running, () => _click("Chat")],
+         () => toast.visible && toast.text.startsWith("Broken"),
+         () => _tile("Broken").clicked()],
+        ["Started another", () => _tile("Chat").running, () => _tile("Chat").clicked()],
         ["Stopped it", () => !_tile("Chat").running, () => _tile("Chat").stopRequested()],
         ["The menu of a program has its actions",
          () => launcher.menu.opened && launcher.menu.list.count === 4,
@@ -45,16 +43,16 @@ Item {
         ["Chose one of them: it is running", () => _tile("Calendar").running,
          () => launcher.menu.choose(3)],
         ["Four notifications came, and three pop up",
-         () => centre.list.count === 4 && popups.count === 3 && _card("New message from Anna")],
+         () => centre.list.count === 4 && popups.list.count === 3 && _card("New message from Anna")],
         ["One was updated in its place",
          () => _card("Downloaded") && _card("Downloaded").notification.progress === 100],
         ["Three tray items came", () => trayBar.items.count === 3 && _trayItem("Cloud storage")],
         ["Wrote the light picture", () => _saved === 1,
-         () => { schemeChosen("light"); _save("demo.png"); }],
+         () => { Theme.scheme = "light"; _save("demo.png"); }],
         ["Wrote the dark picture", () => _saved === 2,
-         () => { schemeChosen("dark"); _save("demo-dark.png"); }],
+         () => { Theme.scheme = "dark"; _save("demo-dark.png"); }],
         ["Opened the menu of a tray item", () => trayBar.menu.opened && trayBar.menu.list.count === 6,
-         () => { schemeChosen("light"); _trayItem("Cloud storage").click(Qt.RightButton); }],
+         () => { Theme.scheme = "light"; _trayItem("Cloud storage").click(Qt.RightButton); }],
         ["Wrote the picture of the menu", () => _saved === 3, () => _save("demo-menu.png")],
         ["Chose from it", () => !trayBar.menu.opened, () => trayBar.menu.choose(0)],
         ["Opened it by a click", () => trayBar.menu.opened && trayBar.menu.list.count === 6,
@@ -65,74 +63,55 @@ Item {
          () => _trayItems().filter(item => item.opacity < 0.5).length === 1,
          () => _trayItems().forEach(item => { item.click(Qt.LeftButton); item.click(Qt.MiddleButton); })],
         ["Dismissed the pop-ups; they stay in the list",
-         () => popups.count === 0 && centre.list.count === 4,
-         () => [0, 1, 2].forEach(row => popups.itemAtIndex(row).dismissed())],
+         () => popups.list.count === 0 && centre.list.count === 4,
+         () => _items(popups.list).forEach(card => card.dismissed())],
         ["Chose an action: the notification left the list", () => !_card("New message from Anna"),
          () => _card("New message from Anna").buttons.itemAt(0).clicked()],
         ["Clicked a notification: its program heard", () => !_card("Downloaded"),
          () => _card("Downloaded").activate()],
         ["Asks not to be disturbed", () => true, () => centre.quiet = true],
         ["What is critical pops up all the same",
-         () => popups.count === 1 && _card("Battery almost empty")],
+         () => popups.list.count === 1 && _card("Battery almost empty")],
         ["Of five of one program three are shown", () => _cards("News") === 3],
         ["And the rest on demand", () => _cards("News") === 5, () => centre.unfold("News")],
-        ["Cleared the list", () => centre.list.count === 0 && popups.count === 0,
+        ["Cleared the list", () => centre.list.count === 0 && popups.list.count === 0,
          () => centre.notifications.clear()]
     ]
 
-    function _named(view, name) {
-        for (let row = 0; row < view.count; ++row) {
-            const item = view.itemAtIndex ? view.itemAtIndex(row) : view.itemAt(row);
-            if (item && item.text === name)
-                return item;
-        }
-        return null;
+    function _items(view) {
+        const items = [];
+        for (let row = 0; row < view.count; ++row)
+            items.push(view.itemAtIndex ? view.itemAtIndex(row) : view.itemAt(row));
+        return items.filter(item => item !== null);
     }
 
     function _tile(name) {
-        const item = _named(launcher.grid, name);
-        return item && item.tile;
-    }
-
-    function _click(name) {
-        _tile(name).clicked();
+        return _items(launcher.grid).find(tile => tile.text === name);
     }
 
     function _card(summary) {
-        const item = _named(centre.list, summary);
-        return item && item.card;
+        return _items(centre.list).find(card => card.text === summary);
     }
 
     function _cards(program) {
-        let cards = 0;
-        for (let row = 0; row < centre.list.count; ++row) {
-            const item = centre.list.itemAtIndex(row);
-            cards += item !== null && item.card.notification.appName === program;
-        }
-        return cards;
+        return _items(centre.list).filter(card => card.notification.appName === program).length;
     }
 
     function _trayItem(title) {
-        return _named(trayBar.items, title);
+        return _items(trayBar.items).find(item => item.text === title);
     }
 
     function _trayItems() {
-        return [0, 1, 2].map(row => trayBar.items.itemAt(row))
-                        .filter(item => item.text === "Tray item example");
+        return _items(trayBar.items).filter(item => item.text === "Tray item example");
     }
 
     function _save(name) {
         // What moves has settled by then.
-        settled.then = () => page.grabToImage(result => {
+        settled.then = () => Window.contentItem.grabToImage(result => {
             if (result.saveToFile(pictures + "/" + name))
                 ++_saved;
         });
         settled.restart();
-    }
-
-    function _end(code) {
-        poll.stop();
-        Qt.exit(code);
     }
 
     // Here the pop-ups wait to be seen.
@@ -147,35 +126,25 @@ Item {
         onTriggered: then()
     }
     Timer {
-        id: poll
-
-        property bool begun: false
+        property int looks: 0
 
         interval: 50
         repeat: true
         running: true
         onTriggered: {
             const [sentence, seen, act] = walk._steps[walk._step];
-            if (!begun) {
-                begun = true;
-                patience.restart();
+            if (looks++ === 0) {
                 if (act)
                     act();
             } else if (seen()) {
                 console.log(sentence);
-                begun = false;
+                looks = 0;
                 if (++walk._step === walk._steps.length)
-                    walk._end(0);
+                    Qt.exit(0);
+            } else if (looks > 1200) {
+                console.log("This was not seen: " + sentence);
+                Qt.exit(1);
             }
-        }
-    }
-    Timer {
-        id: patience
-
-        interval: 60000
-        onTriggered: {
-            console.log("This was not seen: " + walk._steps[walk._step][0]);
-            walk._end(1);
         }
     }
 }

@@ -40,6 +40,7 @@ Controls.AbstractButton {
         Label {
             anchors { right: parent.right; top: parent.top; rightMargin: 4 }
             color: Theme.attention
+            font.pixelSize: Theme.smallText
             text: item.model.status === "NeedsAttention" ? "\u25cf" : ""
         }
     }

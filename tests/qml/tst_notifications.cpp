@@ -1,5 +1,6 @@
 #include "imagestore.h"
 #include "notifications.h"
+#include "patience.h"
 #include "signallog.h"
 
 #include <QAbstractItemModelTester>
@@ -21,7 +22,7 @@ struct Peer : QProcess
     // What it has printed by its end.
     QString result()
     {
-        return QTest::qWaitFor([this] { return state() == NotRunning; }, 20000)
+        return QTest::qWaitFor([this] { return state() == NotRunning; }, patience)
                        ? QString(readAll()).simplified()
                        : "no end";
     }
@@ -100,10 +101,10 @@ private Q_SLOTS:
         Centre centre;
         QTRY_VERIFY(centre.isRegistered());
         Peer peer("/usr/bin/python3", { NOTIFYINGPEER });
-        QTRY_COMPARE_WITH_TIMEOUT(centre.all(), "Volume GIO", 20000);
+        QTRY_COMPARE(centre.all(), "Volume GIO");
         const QString chat = Peer("notify-send", { "-p", "Chat" }).result();
         peer.write("\n");
-        QTRY_COMPARE_WITH_TIMEOUT(centre.all(), "Chat Louder GIO", 20000);
+        QTRY_COMPARE(centre.all(), "Chat Louder GIO");
         // A script's next process knows the id that was printed, or has a number of its own.
         QCOMPARE(Peer("notify-send", { "-p", "-r", chat, "Other" }).result(), chat);
         const QString own = Peer("notify-send", { "-p", "-r", "7", "Seven" }).result();
@@ -120,7 +121,7 @@ private Q_SLOTS:
         QTRY_VERIFY(centre.isRegistered());
         Peer peer("notify-send", { "-u", "critical", "-t", "1", "-A", "default=Open", "-A",
                                    "yes=Yes", "Question" });
-        QTRY_COMPARE_WITH_TIMEOUT(centre.rowCount(), 1, 20000);
+        QTRY_COMPARE(centre.rowCount(), 1);
         const QString id = centre.all("id");
         const QVariantMap yes { { "key", "yes" }, { "text", "Yes" } };
         QCOMPARE(centre.get(0).value("actions"), QVariantList { yes });
@@ -182,16 +183,16 @@ private Q_SLOTS:
             return QDBusConnection::sessionBus().interface()->isServiceRegistered(
                     "org.freedesktop.Notifications");
         };
-        QTRY_VERIFY_WITH_TIMEOUT(!isTaken(), 20000);
+        QTRY_VERIFY(!isTaken());
         Peer other(SERVICE, {});
-        QTRY_VERIFY_WITH_TIMEOUT(isTaken(), 20000);
+        QTRY_VERIFY(isTaken());
         auto first = std::make_unique<Centre>();
         const Centre second;
         QTRY_COMPARE(first->owner().value("pid"), other.processId());
         QCOMPARE(first->owner().value("name"), "notificationser");
         QVERIFY(!first->isRegistered());
         other.closeWriteChannel();
-        QTRY_VERIFY_WITH_TIMEOUT(first->isRegistered() && first->owner().isEmpty(), 20000);
+        QTRY_VERIFY(first->isRegistered() && first->owner().isEmpty());
         QVERIFY(!second.isRegistered());
         first.reset();
         QTRY_VERIFY(second.isRegistered());
@@ -207,7 +208,7 @@ private Q_SLOTS:
         auto *window = qobject_cast<QWindow *>(engine.rootObjects().value(0));
         QTRY_COMPARE(window->title(), "Notifications");
         Peer peer("notify-send", { "-A", "default=Open", "Question" });
-        QTRY_COMPARE_WITH_TIMEOUT(call("nbNotifications"), "(1,)", 20000);
+        QTRY_COMPARE(call("nbNotifications"), "(1,)");
         QTest::mouseClick(window, Qt::LeftButton, {}, { 10, 10 });
         QCOMPARE(peer.result(), "default");
     }

@@ -1,4 +1,5 @@
 #include "imagestore.h"
+#include "patience.h"
 #include "tray.h"
 #include "traymenu.h"
 
@@ -17,7 +18,7 @@ struct Peer : QProcess
         setProcessChannelMode(MergedChannels);
         what.endsWith(".py") ? start("/usr/bin/python3", { what })
                              : start(TRAYPEER, { what, name });
-        QTRY_VERIFY_WITH_TIMEOUT(says("ready"), 20000);
+        QTRY_VERIFY(says("ready"));
     }
     ~Peer() override
     {
@@ -45,8 +46,8 @@ static QString key(const Tray &tray, int row)
 {
     return tray.get(row).value("key").toString();
 }
-#define SHOWS(tray, roles, rows) QTRY_COMPARE_WITH_TIMEOUT(text(tray, roles), QString(rows), 20000)
-#define SAYS(peer, ...) QTRY_VERIFY_WITH_TIMEOUT((peer).says(__VA_ARGS__), 20000)
+#define SHOWS(tray, roles, rows) QTRY_COMPARE(text(tray, roles), QString(rows))
+#define SAYS(peer, ...) QTRY_VERIFY((peer).says(__VA_ARGS__))
 
 class TrayTest : public QObject
 {
@@ -58,7 +59,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         _xvfb.start("Xvfb", { "-displayfd", "1", "-screen", "0", "64x64x24" });
-        QTRY_VERIFY_WITH_TIMEOUT(_xvfb.canReadLine(), 20000);
+        QTRY_VERIFY(_xvfb.canReadLine());
         qputenv("DISPLAY", ':' + _xvfb.readLine().trimmed());
         qputenv("QT_QPA_PLATFORM", "xcb"); // Of the peers.
     }
@@ -95,12 +96,12 @@ private Q_SLOTS:
         const QString indicatorKey = key(tray, 3);
         for (int x : { 5, 6 }) {
             tray.activate(indicatorKey, x, 0);
-            QVERIFY(!menus.isEmpty() || menus.wait(20000));
+            QVERIFY(!menus.isEmpty() || menus.wait(patience));
             QCOMPARE(menus.takeFirst(), QVariantList({ indicatorKey, x, 0 }));
             QVERIFY(tray.get(3).value("isMenu").toBool());
         }
         const QPointer<TrayMenu> menu = tray.menu(indicatorKey);
-        QTRY_COMPARE_WITH_TIMEOUT(menu->count(), 5, 20000);
+        QTRY_COMPARE(menu->count(), 5);
         QVERIFY(!tray.menu(key(tray, 0)) && !tray.menu("unknown"));
         for (Peer *peer : { &second, &indicator })
             peer->kill();
@@ -163,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(other.owner().value("name"), "traypeer");
         QSignalSpy removals(&other, &Tray::rowsRemoved);
         registry.reset();
-        QTRY_VERIFY_WITH_TIMEOUT(other.owner().isEmpty() && other.isRegistered(), 20000);
+        QTRY_VERIFY(other.owner().isEmpty() && other.isRegistered());
         Peer late("item", "late");
         SHOWS(*tray, "itemId", "early, late");
         tray.reset(); // It was the first of this process, and kept the registry.
@@ -213,7 +214,7 @@ private Q_SLOTS:
         Tray tray;
         Peer peer(ITEMPEER);
         peer.tell(QByteArray("change(") + QTest::currentDataTag() + "); register('/item')");
-        QTRY_COMPARE_WITH_TIMEOUT(tray.rowCount(), 1, 20000);
+        QTRY_COMPARE(tray.rowCount(), 1);
         const QImage image = ImageStore::find(tray.get(0).value("iconSource").toString());
         QTEST(QString::number(image.width()) + '|'
                       + text(tray, "title status hasMenu isMenu toolTip"),

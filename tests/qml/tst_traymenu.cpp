@@ -1,4 +1,5 @@
 #include "imagestore.h"
+#include "patience.h"
 #include "signallog.h"
 #include "traymenu.h"
 
@@ -25,8 +26,8 @@ static QString text(const TrayMenu *menu)
     return rows.join('|');
 }
 
-#define SHOWS(expected) QTRY_COMPARE_WITH_TIMEOUT(text(&_menu), QString(expected), 20000)
-#define SAYS(peer, said) QTRY_VERIFY_WITH_TIMEOUT((peer).peek(1 << 20).contains(said), 20000)
+#define SHOWS(expected) QTRY_COMPARE(text(&_menu), QString(expected))
+#define SAYS(peer, said) QTRY_VERIFY((peer).peek(1 << 20).contains(said))
 
 class TrayMenuTest : public QObject
 {
@@ -67,7 +68,7 @@ private Q_SLOTS:
         QSignalSpy opened(&_menu, &TrayMenu::opened);
         _read("org.quorvane.gtk", "/org/ayatana/NotificationItem/kettle/Menu");
         _menu.open();
-        QVERIFY(_menu.isLoading() && opened.wait(20000));
+        QVERIFY(_menu.isLoading() && opened.wait(patience));
         QCOMPARE(text(&_menu), "Open ev| evs|Mute vc|Loud evcrc|More ev{a_b ev}");
         for (int row : { -1, 1, 2, 4, 5, 0 })
             _menu.trigger(row);
@@ -90,7 +91,7 @@ private Q_SLOTS:
                  Qt::red);
         QSignalSpy opened(_menu.submenu(1), &TrayMenu::opened);
         _menu.submenu(1)->open();
-        QVERIFY(opened.wait(20000));
+        QVERIFY(opened.wait(patience));
         QCOMPARE(text(_menu.submenu(1)), "Late ev");
         peer.kill();
         SHOWS("");
@@ -162,14 +163,14 @@ private Q_SLOTS:
         ::kill(pid_t(_peer.processId()), SIGSTOP);
         QSignalSpy failed(&_menu, &TrayMenu::failed);
         _menu.open();
-        QVERIFY(failed.wait(20000) && !_menu.responds());
+        QVERIFY(failed.wait(patience) && !_menu.responds());
         QCOMPARE(text(&_menu), "calm ev");
         ::kill(pid_t(_peer.processId()), SIGCONT);
-        QTRY_VERIFY_WITH_TIMEOUT(_menu.responds(), 20000);
+        QTRY_VERIFY(_menu.responds());
         for (const char *service : { "org.quorvane.Übung", "org.quorvane.nobody" }) {
             _read(service, "/menu");
             _menu.open();
-            QVERIFY(failed.wait(20000) && _menu.count() == 0);
+            QVERIFY(failed.wait(patience) && _menu.count() == 0);
         }
         _read("org.quorvane.menu", "/menu");
         SHOWS("calm ev");

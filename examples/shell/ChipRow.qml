@@ -9,7 +9,7 @@ ListView {
 
     signal chose(string choice)
 
-    implicitHeight: 32
+    implicitHeight: 34
     activeFocusOnTab: true
     boundsBehavior: Flickable.StopAtBounds
     clip: true
@@ -21,19 +21,11 @@ ListView {
     Keys.onRightPressed: if (currentIndex < count - 1) chose(model[currentIndex + 1])
 
     delegate: PushButton {
-        implicitHeight: 32
         focusPolicy: Qt.NoFocus
         highlighted: modelData === row.chosen
+        palette.dark: row.activeFocus ? Theme.text : Theme.accent
         text: row.textOf(modelData)
         Accessible.role: Accessible.PageTab
         onClicked: row.chose(modelData)
-
-        Rectangle { // The keyboard is here.
-            anchors { fill: parent; margins: 3 }
-            border { color: Theme.accentText; width: 2 }
-            color: "transparent"
-            radius: height / 2
-            visible: parent.highlighted && row.activeFocus
-        }
     }
 }

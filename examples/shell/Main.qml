@@ -29,6 +29,8 @@ Controls.ApplicationWindow {
         highlightedText: Theme.accentText
         mid: Theme.line
         text: Theme.text
+        toolTipBase: Theme.text
+        toolTipText: Theme.window
         windowText: Theme.text
     }
     title: "Quorvane"

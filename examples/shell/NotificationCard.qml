@@ -122,11 +122,7 @@ Rectangle {
             visible: card.notification.progress >= 0
 
             contentItem: Item {
-                Rectangle {
-                    width: parent.width * progress.position
-                    height: 6
-                    color: Theme.accent
-                }
+                Rectangle { width: parent.width * progress.position; height: 6; color: Theme.accent }
             }
         }
         Flow {

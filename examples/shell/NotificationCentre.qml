@@ -4,8 +4,8 @@ import QtQuick.Layouts 1.15
 import QtQml.Models 2.15
 import Quorvane 1.1
 
-// What is pending, newest first. Of one program three are shown, and the rest folded
-// but for what is critical.
+// What is pending, newest first. Of one program three are shown, and the rest is folded, but for
+// what is critical.
 FocusScope {
     id: centre
 
@@ -87,13 +87,9 @@ FocusScope {
                 checkable: true
                 text: "Quiet"
                 Accessible.name: "Do not disturb"
+                Controls.ToolTip.text: "Do not disturb: only what is critical pops up"
+                Controls.ToolTip.visible: hovered
                 onToggled: centre.quiet = checked
-
-                Tip {
-                    delay: 500
-                    text: "Do not disturb: only what is critical pops up"
-                    visible: parent.hovered
-                }
             }
             PushButton {
                 text: "Clear all"

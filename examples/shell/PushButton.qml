@@ -7,7 +7,7 @@ Controls.RoundButton {
     implicitHeight: 34
     leftPadding: 14
     rightPadding: 14
-    palette { button: hovered ? Theme.line : Theme.raised; dark: Theme.accent }
+    palette { button: hovered ? Theme.line : Theme.raised; dark: Theme.accent; highlight: Theme.text }
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

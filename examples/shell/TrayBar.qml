@@ -27,11 +27,6 @@ Rectangle {
         }
     }
 
-    Rectangle {
-        width: parent.width
-        height: 1
-        color: Theme.line
-    }
     RowLayout {
         anchors { fill: parent; leftMargin: Theme.margin - 12; rightMargin: Theme.margin }
         spacing: Theme.gap

@@ -8,6 +8,7 @@ Controls.RoundButton {
     display: Controls.AbstractButton.IconOnly
     icon { color: Theme.text; height: 16; width: 16 }
     palette.button: hovered ? Theme.line : Theme.raised
+    Accessible.name: text
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 }

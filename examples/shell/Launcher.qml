@@ -106,6 +106,7 @@ FocusScope {
             model: [""].concat(launcher._categories)
             textOf: category => category === "" ? "All" : launcher.applications.categoryName(category)
             visible: model.length > 1
+            Accessible.name: "Categories"
             onChose: launcher.applications.category = choice
         }
 

@@ -58,6 +58,7 @@ Controls.ApplicationWindow {
             model: ["Applications", "Notifications"]
             textOf: pane => pane === "Notifications" && messages.count > 0
                             ? pane + " (" + messages.count + ")" : pane
+            Accessible.name: "Panes"
             onChose: chosen = choice
         }
     }

@@ -17,6 +17,7 @@ Controls.AbstractButton {
     focusPolicy: Qt.NoFocus
     text: entry.label || ""
     Accessible.role: entry.separator ? Accessible.Separator : Accessible.MenuItem
+    Accessible.name: text
     Accessible.checkable: !!entry.checkable
     Accessible.checked: !!entry.checked
 

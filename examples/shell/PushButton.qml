@@ -8,6 +8,7 @@ Controls.RoundButton {
     leftPadding: 14
     rightPadding: 14
     palette { button: hovered ? Theme.line : Theme.raised; dark: Theme.accent; highlight: Theme.text }
+    Accessible.name: text
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

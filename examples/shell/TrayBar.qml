@@ -11,7 +11,6 @@ Rectangle {
     required property Tray tray
     property alias items: items
     property alias menu: menu
-    property alias overflow: overflow
     property alias standing: standing.text
     readonly property int _room: Math.max(1, Math.floor((width - 300) / 44))
 
@@ -68,6 +67,7 @@ Rectangle {
                     Repeater {
                         model: bar.tray
                         delegate: TrayItem {
+                            explained: !menu.visible
                             tray: bar.tray
                             visible: index >= bar._room
                         }

@@ -9,7 +9,7 @@ Controls.AbstractButton {
     required property var model // The roles of its row.
     required property int index
     property Tray tray
-    property bool explained: true // Under the pointer.
+    property bool explained: true // By a tool tip, under the pointer.
 
     function click(button) {
         const place = mapToGlobal(0, 0);

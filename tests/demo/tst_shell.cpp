@@ -1,0 +1,115 @@
+#include "patience.h"
+
+#include <QProcess>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QtTest>
+
+// What a pointer does to the notifications of the demo shell; the walk through it has none.
+class ShellTest : public QObject
+{
+    Q_OBJECT
+
+    static void _find(QQuickItem *item, const QByteArray &type, QList<QQuickItem *> &found)
+    {
+        if (QByteArray(item->metaObject()->className()).startsWith(type + "_QMLTYPE"))
+            found += item;
+        const QList<QQuickItem *> children = item->childItems();
+        for (QQuickItem *child : children)
+            _find(child, type, found);
+    }
+    QQuickItem *_pane(const QByteArray &type) const
+    {
+        QList<QQuickItem *> panes;
+        _find(_window->contentItem(), type, panes);
+        return panes.value(0);
+    }
+    // The cards in the pane of this type, from top to bottom.
+    QList<QQuickItem *> _cards(const QByteArray &type) const
+    {
+        QList<QQuickItem *> cards;
+        _find(_pane(type), "NotificationCard", cards);
+        std::sort(cards.begin(), cards.end(),
+                  [](auto *one, auto *other) { return one->y() < other->y(); });
+        return cards;
+    }
+    QString _texts(const QByteArray &type) const
+    {
+        QStringList texts;
+        const QList<QQuickItem *> cards = _cards(type);
+        for (const QQuickItem *card : cards)
+            texts += card->property("text").toString();
+        return texts.join(' ');
+    }
+    // Whether one of the pop-ups is about to go.
+    bool _passes() const
+    {
+        const QList<QQuickItem *> cards = _cards("PopupStack");
+        for (const QQuickItem *card : cards) {
+            const QList<QObject *> children = card->findChildren<QObject *>();
+            for (const QObject *child : children) {
+                if (child->inherits("QQmlTimer") && child->property("running").toBool())
+                    return true;
+            }
+        }
+        return false;
+    }
+    static QPoint _middle(const QQuickItem *item)
+    {
+        return item->mapToScene(item->boundingRect().center()).toPoint();
+    }
+    void _drag(QPoint from, int distance)
+    {
+        QTest::mousePress(_window, Qt::LeftButton, {}, from);
+        for (int part = 1; part <= 4; ++part)
+            QTest::mouseMove(_window, from + QPoint(part * distance / 4, 0));
+        QTest::mouseRelease(_window, Qt::LeftButton, {}, from + QPoint(distance, 0));
+    }
+
+    QQmlApplicationEngine _engine;
+    QQuickWindow *_window = nullptr;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        _engine.addImportPath(IMPORT_PATH);
+        _engine.load(QUrl::fromLocalFile(SHELL "/Main.qml"));
+        _window = qobject_cast<QQuickWindow *>(_engine.rootObjects().value(0));
+        QVERIFY(QTest::qWaitForWindowExposed(_window));
+        QTest::mouseMove(_window, { 1, 1 });
+        _pane("PopupStack")->setProperty("lifetime", 2 * patience);
+        QProcess poster;
+        for (const char *summary : { "One", "Two", "Three" }) {
+            poster.start("notify-send", { summary });
+            QTRY_VERIFY(poster.state() == QProcess::NotRunning);
+        }
+        QTRY_COMPARE(_texts("NotificationCentre"), "Three Two One");
+        QTRY_COMPARE(_texts("PopupStack"), "Three Two One");
+    }
+
+    void thePointerStopsTheTimeOfAllPopUps()
+    {
+        QVERIFY(_passes());
+        QTest::mouseMove(_window, _middle(_cards("PopupStack").value(1)));
+        QTRY_VERIFY(!_passes());
+        QCOMPARE(_texts("PopupStack"), "Three Two One");
+        _pane("PopupStack")->setProperty("lifetime", 100);
+        QTest::mouseMove(_window, { 1, 1 });
+        QTRY_COMPARE(_texts("PopupStack"), "");
+        QCOMPARE(_texts("NotificationCentre"), "Three Two One");
+    }
+
+    void aMiddleClickOrASwipeDismisses()
+    {
+        _drag(_middle(_cards("NotificationCentre").value(0)), 40);
+        QTest::mouseClick(_window, Qt::MiddleButton, {},
+                          _middle(_cards("NotificationCentre").value(1)));
+        QTRY_COMPARE(_texts("NotificationCentre"), "Three One");
+        _drag(_middle(_cards("NotificationCentre").value(0)), 160);
+        QTRY_COMPARE(_texts("NotificationCentre"), "One");
+    }
+};
+
+QTEST_MAIN(ShellTest)
+#include "tst_shell.moc"

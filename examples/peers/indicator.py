@@ -6,7 +6,7 @@ import gi
 gi.require_version("Gtk", "3.0")
 gi.require_version("AyatanaAppIndicator3", "0.1")
 from gi.repository import AyatanaAppIndicator3 as Indicators
-from gi.repository import Gtk
+from gi.repository import Gio, Gtk
 
 
 def row(menu, item, name):
@@ -28,6 +28,8 @@ row(menu, Gtk.MenuItem(label="Conflicts (none)", sensitive=False), "conflicts")
 row(menu, Gtk.MenuItem(label="Quit"), "quit").connect("activate", Gtk.main_quit)
 menu.show_all()
 
+# Before the indicator asks for it, which registers in vain if it has to wait.
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
 indicator = Indicators.Indicator.new("cloud-storage", "network-transmit-receive",
                                      Indicators.IndicatorCategory.APPLICATION_STATUS)
 indicator.set_title("Cloud storage")

@@ -38,6 +38,7 @@ packages='
     qtbase5-dev
     qtdeclarative5-dev
     qtdeclarative5-dev-tools
+    qtquickcontrols2-5-dev
     xvfb
 '
 

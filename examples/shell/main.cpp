@@ -1,6 +1,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQuickStyle>
 #include <QStyleHints>
 
 int main(int argc, char **argv)
@@ -9,6 +10,8 @@ int main(int argc, char **argv)
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("shell"));
+    // The shell draws its controls itself; a style that the environment names would show through.
+    QQuickStyle::setStyle(QStringLiteral("Default"));
     // A cursor that blinks would have the window drawn anew all day long.
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     qSetMessagePattern(QStringLiteral("%{message}"));

@@ -23,15 +23,10 @@ Controls.ApplicationWindow {
     minimumHeight: 480
     font.pixelSize: Theme.bodyText
     palette {
-        base: Theme.surface
-        buttonText: Theme.text
         highlight: Theme.accent
         highlightedText: Theme.accentText
         mid: Theme.line
         text: Theme.text
-        toolTipBase: Theme.text
-        toolTipText: Theme.window
-        windowText: Theme.text
     }
     title: "Quorvane"
     visible: true

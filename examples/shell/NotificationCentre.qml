@@ -84,12 +84,17 @@ FocusScope {
                 font { bold: true; pixelSize: Theme.headingText }
             }
             PushButton {
+                id: hush
+
                 checkable: true
                 text: "Quiet"
                 Accessible.name: "Do not disturb"
-                Controls.ToolTip.text: "Do not disturb: only what is critical pops up"
-                Controls.ToolTip.visible: hovered
                 onToggled: centre.quiet = checked
+
+                Tip {
+                    text: "Do not disturb: only what is critical pops up"
+                    visible: hush.hovered
+                }
             }
             PushButton {
                 text: "Clear all"

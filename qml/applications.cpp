@@ -1,19 +1,17 @@
 #include "applications.h"
 
+#include "activation.h"
 #include "applicationlist.h"
 #include "categoryname.h"
 #include "launch.h"
+#include "launchuri.h"
 #include "process.h"
 #include "programs.h"
+#include "search.h"
 #include "wordmatch.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QSet>
-
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -22,39 +20,13 @@ constexpr int earlyEnd = 2000;
 // Beyond this, views are told of one change from the first row to the last.
 constexpr int mostUpdates = 100;
 
-const QStringList &mainCategories()
-{
-    static const QStringList categories {
-        QStringLiteral("Audio"),     QStringLiteral("AudioVideo"), QStringLiteral("Development"),
-        QStringLiteral("Education"), QStringLiteral("Game"),       QStringLiteral("Graphics"),
-        QStringLiteral("Network"),   QStringLiteral("Office"),     QStringLiteral("Science"),
-        QStringLiteral("Settings"),  QStringLiteral("System"),     QStringLiteral("Utility"),
-        QStringLiteral("Video"),
-    };
-    return categories;
-}
-
-enum Match { ExactName, BeginsWords, WithinName, None };
-
-Match compare(const Application &application, const QStringList &words)
-{
-    Match worst = BeginsWords;
-    for (const QString &word : words) {
-        if (beginsWord(application.foldedWords, word))
-            continue;
-        if (!application.foldedName.contains(word))
-            return None;
-        worst = WithinName;
-    }
-    return application.foldedName == words.join(QLatin1Char(' ')) ? ExactName : worst;
-}
-
 } // namespace
 
 Applications::Applications(QObject *parent)
     : QAbstractListModel(parent)
     , _list(ApplicationList::shared())
 {
+    _list->read();
     connect(_list.data(), &ApplicationList::changed, this, &Applications::_listChanged);
     connect(Programs::instance(), &Programs::changed, this, &Applications::_programsChanged);
 
@@ -69,8 +41,8 @@ void Applications::setSearch(const QString &search)
         return;
     _search = search;
     _words = foldedWords(search);
-    _show();
-    Q_EMIT searchChanged();
+    if (_show())
+        Q_EMIT searchChanged();
 }
 
 void Applications::setCategory(const QString &category)
@@ -78,8 +50,8 @@ void Applications::setCategory(const QString &category)
     if (category == _category)
         return;
     _category = category;
-    _show();
-    Q_EMIT categoryChanged();
+    if (_show())
+        Q_EMIT categoryChanged();
 }
 
 void Applications::setShowAll(bool showAll)
@@ -87,9 +59,10 @@ void Applications::setShowAll(bool showAll)
     if (showAll == _showAll)
         return;
     _showAll = showAll;
+    const QPointer<Applications> alive = this;
     _updateCategories();
-    _show();
-    Q_EMIT showAllChanged();
+    if (alive && _show())
+        Q_EMIT showAllChanged();
 }
 
 int Applications::rowCount(const QModelIndex &parent) const
@@ -127,7 +100,7 @@ QVariantMap Applications::get(int row) const
 
 QVariantMap Applications::find(const QString &appId) const
 {
-    const ApplicationPointer application = _find(appId);
+    const ApplicationPointer application = _list->find(appId);
     return application ? _values(*application) : QVariantMap();
 }
 
@@ -136,14 +109,14 @@ QString Applications::categoryName(const QString &category) const
     return ::categoryName(category);
 }
 
-void Applications::launch(const QString &appId, const QList<QUrl> &urls)
+void Applications::launch(const QString &appId, const QVariantList &urls)
 {
-    _start(appId, {}, urls);
+    _start(appId, {}, urls, false);
 }
 
 void Applications::launchAction(const QString &appId, const QString &action)
 {
-    const ApplicationPointer application = _find(appId);
+    const ApplicationPointer application = _list->find(appId);
     const bool known
             = application
               && std::any_of(application->actions.cbegin(), application->actions.cend(),
@@ -151,12 +124,12 @@ void Applications::launchAction(const QString &appId, const QString &action)
                                  return known.toMap().value(QStringLiteral("id")) == action;
                              });
     if (known)
-        _start(appId, action, {});
+        _start(appId, action, {}, false);
     else
         Q_EMIT failed(appId, QStringLiteral("%1 has no action %2").arg(appId, action));
 }
 
-void Applications::launchInTerminal(const QString &appId, const QList<QUrl> &urls)
+void Applications::launchInTerminal(const QString &appId, const QVariantList &urls)
 {
     _start(appId, {}, urls, true);
 }
@@ -222,49 +195,50 @@ QVector<int> Applications::_differences(const Application &one, const Applicatio
 
 void Applications::_listChanged()
 {
+    const QPointer<Applications> alive = this;
     _updateCategories();
-    _show();
+    if (alive)
+        _show();
 }
 
 void Applications::_updateCategories()
 {
-    QSet<QString> occurring;
-    const auto all = _list->applications();
-    for (const ApplicationPointer &application : all) {
-        if (!application->shown && !_showAll)
-            continue;
-        for (const QString &category : application->categories)
-            occurring.insert(category);
-    }
-    QStringList categories = mainCategories();
-    const auto isAbsent = [&](const QString &category) { return !occurring.contains(category); };
-    categories.erase(std::remove_if(categories.begin(), categories.end(), isAbsent),
-                     categories.end());
+    const QStringList categories = _list->categories(_showAll);
     if (std::exchange(_categories, categories) != categories)
         Q_EMIT categoriesChanged();
 }
 
-Applications::Wanted Applications::_wanted() const
+bool Applications::_isInCategory(const Application &application) const
 {
-    Wanted ranked[None];
-    const auto all = _list->applications();
-    for (const ApplicationPointer &application : all) {
-        if ((!application->shown && !_showAll)
-            || !(_category.isEmpty() || application->categories.contains(_category)))
-            continue;
-        const Match rank = compare(*application, _words);
-        if (rank != None)
-            ranked[rank].push_back(application);
-    }
-    Wanted &wanted = ranked[ExactName];
-    for (int rank = ExactName + 1; rank < None; ++rank)
-        wanted.insert(wanted.end(), ranked[rank].cbegin(), ranked[rank].cend());
-    return wanted;
+    const auto is = [this](const QString &category) {
+        return category == _category || mainCategory(category) == _category;
+    };
+    return _category.isEmpty()
+           || std::any_of(application.categories.cbegin(), application.categories.cend(), is);
 }
 
-void Applications::_show()
+Applications::Wanted Applications::_wanted() const
 {
+    std::array<Wanted, NoMatch> ranked;
+    for (const ApplicationPointer &application : _list->applications()) {
+        if ((!application->shown && !_showAll) || !_isInCategory(*application))
+            continue;
+        const Match match = _words.isEmpty() ? ExactName : compare(*application, _words);
+        if (match != NoMatch)
+            ranked[match].push_back(application);
+    }
+    Wanted &wanted = ranked[ExactName];
+    for (int match = ExactName + 1; match < NoMatch; ++match)
+        wanted.insert(wanted.end(), ranked[match].cbegin(), ranked[match].cend());
+    return std::move(wanted);
+}
+
+// Returns whether the model is still there.
+bool Applications::_show()
+{
+    const QPointer<Applications> alive = this;
     _walk.show(_wanted());
+    return alive;
 }
 
 template<typename IsCurrent>
@@ -289,66 +263,67 @@ void Applications::_updateRows(const Wanted &wanted, const IsCurrent &isCurrent)
     }
 }
 
-ApplicationPointer Applications::_find(const QString &appId) const
-{
-    const auto all = _list->applications();
-    const auto found = std::find_if(all.cbegin(), all.cend(), [&appId](const auto &application) {
-        return application->appId == appId;
-    });
-    return found != all.cend() ? *found : ApplicationPointer();
-}
-
-void Applications::_start(const QString &appId, const QString &action, const QList<QUrl> &urls,
+void Applications::_start(const QString &appId, const QString &action, const QVariantList &urls,
                           bool inTerminal)
 {
-    const ApplicationPointer application = _find(appId);
+    const ApplicationPointer application = _list->find(appId);
     if (!application) {
         Q_EMIT failed(appId, QStringLiteral("%1 is not installed").arg(appId));
         return;
     }
-    if (!inTerminal && isActivatedByBus(*application)) {
-        _startByBus(application, action, urls);
-        return;
+    QByteArrayList uris;
+    for (const QVariant &url : urls) {
+        uris += launchUri(url);
+        if (uris.last().isEmpty()) {
+            const QString text = QStringLiteral("\"%1\" is neither a path nor a URL");
+            Q_EMIT failed(appId, text.arg(url.toString()));
+            return;
+        }
     }
-    const Launch launched = ::launch(*application, action, urls, inTerminal);
-    for (qint64 pid : launched.pids)
-        _follow(appId, pid);
-    if (!launched.error.isEmpty())
-        Q_EMIT failed(appId, launched.error);
+    if (!inTerminal && isActivatedByBus(*application))
+        _startByBus(application, action, uris);
+    else
+        _startProgram(application, action, uris, inTerminal);
+}
+
+void Applications::_startProgram(const ApplicationPointer &application, const QString &action,
+                                 const QByteArrayList &uris, bool inTerminal)
+{
+    const QPointer<Applications> alive = this;
+    const Launch launched = ::launch(*application, action, uris, inTerminal);
+    for (qint64 pid : launched.pids) {
+        if (alive)
+            _follow(application->appId, pid);
+        else
+            Programs::instance()->add(application->appId, pid);
+    }
+    if (alive && !launched.error.isEmpty())
+        Q_EMIT failed(application->appId, launched.error);
 }
 
 void Applications::_startByBus(const ApplicationPointer &application, const QString &action,
-                               const QList<QUrl> &urls)
+                               const QByteArrayList &uris)
 {
-    auto *watcher = new QDBusPendingCallWatcher(activate(*application, action, urls), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, application, watcher] {
-        watcher->deleteLater();
-        if (watcher->isError())
-            Q_EMIT failed(application->appId, watcher->error().message());
-        else
-            _askForPid(application);
-    });
-}
-
-void Applications::_askForPid(const ApplicationPointer &application)
-{
-    auto question = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"));
-    question.setArguments({ busName(*application) });
-    auto *watcher
-            = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, application, watcher] {
-        watcher->deleteLater();
-        const QDBusPendingReply<uint> pid = *watcher;
-        if (pid.isValid() && pid.value() > 0)
-            _follow(application->appId, pid.value());
-    });
+    // It goes on without this model.
+    Programs *programs = Programs::instance();
+    const auto *activation = new Activation(application, action, uris, programs);
+    connect(activation, &Activation::running, programs,
+            [programs, application](qint64 pid) { programs->add(application->appId, pid); });
+    connect(activation, &Activation::failed, this,
+            [this, application, action, uris](const QString &message, bool isUnknown) {
+                if (isUnknown && application->hasProgram)
+                    _startProgram(application, action, uris, false);
+                else
+                    Q_EMIT failed(application->appId, message);
+            });
 }
 
 void Applications::_follow(const QString &appId, qint64 pid)
 {
-    const Process *process = Programs::instance()->add(appId, pid);
+    const QPointer<Applications> alive = this;
+    const QPointer<Process> process = Programs::instance()->add(appId, pid);
+    if (!alive || !process)
+        return;
     connect(process, &Process::ended, this, [this, appId, process](const QString &error) {
         if (!error.isEmpty() && process->age() < earlyEnd)
             Q_EMIT failed(appId, error);

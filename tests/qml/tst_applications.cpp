@@ -99,7 +99,7 @@ private Q_SLOTS:
 
         _load();
         QCOMPARE(_ids(), "kde-sub plain");
-        QCOMPARE(_model->categories(), QStringList({ "Network", "Utility" }));
+        QCOMPARE(_model->categories(), QStringList({ "Utility", "Network" }));
         auto row = QJsonObject::fromVariantMap(_model->get(1));
         QCOMPARE(row.take("path"), folder.filePath("plain.desktop"));
         const QString text = QJsonDocument(row).toJson(QJsonDocument::Compact).replace('"', '\'');
@@ -143,7 +143,7 @@ private Q_SLOTS:
         const QString all = "C++(IDE) org.moz.fox Hot-tea Tea UXTerm XTerm";
         const QStringList table[] = {
             { "xterm", "XTerm UXTerm" },
-            { "t", "Hot-tea Tea UXTerm XTerm" },
+            { "t", "Tea Hot-tea" },
             { " web  fire", "org.moz.fox" },
             { "moz", "org.moz.fox" },
             { "shell", "XTerm" },
@@ -213,7 +213,7 @@ private Q_SLOTS:
         const QFileInfoList files = QDir("/proc/self/fd").entryInfoList(QDir::System);
         for (const QFileInfo &file : files)
             instances += file.symLinkTarget().endsWith("inotify");
-        QCOMPARE(instances, glib ? 1 : 2);
+        QCOMPARE(instances, 1);
     }
 
     void programsAreLaunched()
@@ -251,7 +251,7 @@ private Q_SLOTS:
             { "signal 11", "Exec=sh -c 'kill -SEGV $$'" },
             { "/no", "Exec=true", "Path=/no/such" },
             { "not installed", "Exec=nowhere-to-be-found" },
-            { "Exec" },
+            { "installed" },
             { "provided", "DBusActivatable=true" },
         };
         for (const QStringList &row : table) {

@@ -9,8 +9,12 @@
 #include <QSet>
 
 #include <gio/gio.h>
+#include <sys/stat.h>
 
 namespace {
+
+constexpr int deepest = 8;
+constexpr int mostFolders = 1000;
 
 // GIO's own answer, which it keeps for the life of the process.
 QStringList roots()
@@ -22,28 +26,25 @@ QStringList roots()
     return roots;
 }
 
-void add(const ApplicationFolder &folder, QStringList above, QVector<ApplicationFolder> *folders)
+// Where a folder really is; the second number is 0 for what is none.
+QPair<quint64, quint64> place(const QString &path)
 {
-    const QString place = QFileInfo(folder.path).canonicalFilePath();
-    if (place.isEmpty() || above.contains(place))
-        return;
-    above += place;
-    *folders += folder;
+    struct stat status
+    {
+    };
+    if (stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return {};
+    return { status.st_dev, status.st_ino };
+}
+
+template<typename Add>
+void addBelow(const ApplicationFolder &folder, const Add &add)
+{
     const QStringList names = QDir(folder.path).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
         if (!name.endsWith(QLatin1String(".desktop")))
-            add({ folder.path + QLatin1Char('/') + name, folder.prefix + name + QLatin1Char('-') },
-                above, folders);
+            add({ folder.path + QLatin1Char('/') + name, folder.prefix + name + QLatin1Char('-') });
     }
-}
-
-QStringList folderPaths()
-{
-    QStringList paths;
-    const QVector<ApplicationFolder> folders = applicationFolders();
-    for (const ApplicationFolder &folder : folders)
-        paths += folder.path;
-    return paths;
 }
 
 // For each folder that isn't there, the next one above that is.
@@ -81,13 +82,35 @@ void warnOnce()
 
 QVector<ApplicationFolder> applicationFolders()
 {
-    QVector<ApplicationFolder> folders;
     const QStringList paths = roots();
-    for (const QString &path : paths) {
-        if (QFileInfo(path).isDir())
-            add({ path, QString() }, {}, &folders);
+    QVector<QVector<ApplicationFolder>> folders(paths.size()); // Below each root.
+    QSet<QPair<quint64, quint64>> known;
+    const auto add = [&](int root, const ApplicationFolder &folder) {
+        const auto found = place(folder.path);
+        if (found.second == 0 || known.contains(found) || known.size() >= mostFolders)
+            return;
+        known.insert(found);
+        folders[root] += folder;
+    };
+    for (int root = 0; root < paths.size(); ++root)
+        add(root, { paths.at(root), QString() });
+
+    // Level by level, so that one that is large takes no place from the others.
+    QVector<int> begin(paths.size());
+    for (int depth = 1; depth <= deepest; ++depth) {
+        for (int root = 0; root < paths.size(); ++root) {
+            const QVector<ApplicationFolder> above = folders.at(root).mid(begin.at(root));
+            begin[root] += above.size();
+            for (const ApplicationFolder &folder : above) {
+                if (known.size() < mostFolders)
+                    addBelow(folder, [&](const ApplicationFolder &below) { add(root, below); });
+            }
+        }
     }
-    return folders;
+    QVector<ApplicationFolder> all;
+    for (const QVector<ApplicationFolder> &some : std::as_const(folders))
+        all += some;
+    return all;
 }
 
 ApplicationFolders::ApplicationFolders(QObject *parent)
@@ -103,26 +126,27 @@ ApplicationFolders::ApplicationFolders(QObject *parent)
                 _parentChanged();
         });
     }
-    watch();
 }
 
 ApplicationFolders::~ApplicationFolders() = default;
 
-void ApplicationFolders::watch()
+void ApplicationFolders::watch(const QVector<ApplicationFolder> &folders)
 {
+    _folders.clear();
+    for (const ApplicationFolder &folder : folders)
+        _folders += folder.path;
+    if (_watcher && !_watcher->directories().isEmpty())
+        _watcher->removePaths(_watcher->directories());
+    _monitors.clear();
+    for (const QString &path : std::as_const(_folders))
+        _watch(path, true);
     do {
-        _folders = folderPaths();
         _parents = parentPaths();
-        _monitors.clear();
-        if (_watcher && !(_watcher->directories().isEmpty()))
-            _watcher->removePaths(_watcher->directories());
-        for (const QString &path : std::as_const(_folders))
-            _watch(path, true);
         const QStringList parents = QSet<QString>(_parents.cbegin(), _parents.cend()).values();
         for (const QString &path : parents)
             _watch(path, false);
         // What arrived before the watches stood was heard by none of them.
-    } while (_folders != folderPaths() || _parents != parentPaths());
+    } while (_parents != parentPaths());
 }
 
 void ApplicationFolders::_watch(const QString &path, bool isFolder)
@@ -131,7 +155,9 @@ void ApplicationFolders::_watch(const QString &path, bool isFolder)
         _watcher->addPath(path);
         return;
     }
-    g_autoptr(GFile) file = g_file_new_for_path(QFile::encodeName(path));
+    // Not the default, which may be one that connects to the session bus and waits.
+    g_autoptr(GFile) file
+            = g_vfs_get_file_for_path(g_vfs_get_local(), QFile::encodeName(path).constData());
     GFileMonitor *monitor
             = g_file_monitor_directory(file, G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr);
     if (!monitor)

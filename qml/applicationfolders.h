@@ -16,10 +16,16 @@ struct ApplicationFolder
 {
     QString path;
     QString prefix;
+
+    bool operator==(const ApplicationFolder &other) const
+    {
+        return path == other.path && prefix == other.prefix;
+    }
 };
 
 // Those that there are, the most important first: the data directories in the order of the Base
-// Directory Specification, each before its own folders. A link back to a folder leads nowhere.
+// Directory Specification, each before its own folders. Of these it takes 8 levels, and 1,000 in all,
+// the upper levels first; each place once, wherever links lead. May be called in any thread.
 QVector<ApplicationFolder> applicationFolders();
 
 // Watches these folders, and for those that aren't there the next one above that is.
@@ -37,9 +43,9 @@ public:
     explicit ApplicationFolders(QObject *parent = nullptr);
     ~ApplicationFolders() override;
 
-    // Watches the folders as they are now. A folder that went and came back is another one, so this
-    // is to be called after each change, before the folders are read.
-    void watch();
+    // Watches these, as they are now. A folder that went and came back is another one, so this is to
+    // be called after each change, before the folders are read.
+    void watch(const QVector<ApplicationFolder> &folders);
 
 Q_SIGNALS:
     // Something may be different in them. Comes for each single change.

@@ -2,6 +2,8 @@
 
 #include "applicationfolders.h"
 
+#include <QElapsedTimer>
+
 namespace {
 
 // A package brings many files: what comes within this time is read at once.
@@ -21,7 +23,8 @@ QSharedPointer<ApplicationList> ApplicationList::shared()
 }
 
 ApplicationList::ApplicationList()
-    : _folders(new ApplicationFolders(this))
+    : _read(Read::create())
+    , _folders(new ApplicationFolders(this))
 {
     _timer.setSingleShot(true);
     _timer.setInterval(delay);
@@ -29,13 +32,35 @@ ApplicationList::ApplicationList()
         if (!_timer.isActive())
             _timer.start();
     });
-    connect(&_timer, &QTimer::timeout, this, &ApplicationList::_read);
-    _applications = readApplications();
+    connect(&_timer, &QTimer::timeout, this, &ApplicationList::_readInThread);
 }
 
-ApplicationList::~ApplicationList() = default;
+ApplicationList::~ApplicationList()
+{
+    _ending = true;
+}
 
-void ApplicationList::_read()
+void ApplicationList::read()
+{
+    if (_isRead)
+        return;
+    const QVector<ApplicationFolder> folders = applicationFolders();
+    _folders->watch(folders);
+    _read = Read::create(readApplications({}, _ending));
+    _isRead = true;
+    if (_read->folders != folders)
+        _timer.start();
+}
+
+QString ApplicationList::iconSource(const QString &appId)
+{
+    if (!_isRead && !_reading)
+        _readInThread();
+    const ApplicationPointer application = find(appId);
+    return application ? application->iconSource : QString();
+}
+
+void ApplicationList::_readInThread()
 {
     // What changes during a reading is read after it.
     if (_reading) {
@@ -43,16 +68,31 @@ void ApplicationList::_read()
         return;
     }
     _reading = true;
-    _folders->watch();
-    _reader.start([this] {
-        const QVector<ApplicationPointer> read = readApplications();
+    _folders->watch(_read->folders);
+    _reader.start([this, before = _read] {
+        QElapsedTimer time;
+        time.start();
+        const auto read = Read::create(readApplications(*before, _ending));
+        const qint64 milliseconds = time.elapsed();
         QMetaObject::invokeMethod(
-                this,
-                [this, read] {
-                    _reading = false;
-                    _applications = read;
-                    Q_EMIT changed();
-                },
+                this, [this, read, milliseconds] { _take(read, milliseconds); },
                 Qt::QueuedConnection);
     });
+}
+
+void ApplicationList::_take(const Read &read, qint64 milliseconds)
+{
+    _reading = false;
+    _isRead = true;
+    // A long list that changes all the time leaves the processor to others for most of it.
+    _timer.setInterval(qMax(delay, int(2 * milliseconds)));
+    Read before = std::exchange(_read, read);
+    // A folder that is new has been watched by nobody while it was read.
+    if (read->folders != before->folders)
+        _timer.start();
+    const bool isOther = read->sorted != before->sorted;
+    // Thousands of objects go with it.
+    _reader.start([before = std::move(before)]() mutable { before.reset(); });
+    if (isOther)
+        Q_EMIT changed();
 }

@@ -1,60 +1,24 @@
 #include "applications.h"
 
+#include "activation.h"
 #include "applicationlist.h"
 #include "categoryname.h"
 #include "launch.h"
+#include "launchuri.h"
 #include "process.h"
 #include "programs.h"
+#include "search.h"
 #include "wordmatch.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QSet>
-
 #include <algorithm>
+#include <array>
 
 namespace {
 
 constexpr int earlyEnd = 2000;
 
-const QStringList &mainCategories()
-{
-    static const QStringList categories {
-        QStringLiteral("Audio"),     QStringLiteral("AudioVideo"), QStringLiteral("Development"),
-        QStringLiteral("Education"), QStringLiteral("Game"),       QStringLiteral("Graphics"),
-        QStringLiteral("Network"),   QStringLiteral("Office"),     QStringLiteral("Science"),
-        QStringLiteral("Settings"),  QStringLiteral("System"),     QStringLiteral("Utility"),
-        QStringLiteral("Video"),
-    };
-    return categories;
-}
-
-enum Match { ExactName, BeginsWords, WithinName, None };
-
-Match compare(const Application &application, const QStringList &words)
-{
-    Match worst = BeginsWords;
-    for (const QString &word : words) {
-        if (beginsWord(application.foldedWords, word))
-            continue;
-        if (!application.foldedName.contains(word))
-            return None;
-        worst = WithinName;
-    }
-    return application.foldedName == words.join(QLatin1Char(' ')) ? ExactName : worst;
-}
-
-// The rows' places by their ids.
-QHash<QString, int> places(const QVector<ApplicationPointer> &rows)
-{
-    QHash<QString, int> places;
-    places.reserve(rows.size());
-    for (int row = 0; row < rows.size(); ++row)
-        places.insert(rows.at(row)->appId, row);
-    return places;
-}
+// Beyond this, views are told of one change from the first row to the last.
+constexpr int mostUpdates = 100;
 
 } // namespace
 
@@ -62,10 +26,9 @@ Applications::Applications(QObject *parent)
     : QAbstractListModel(parent)
     , _list(ApplicationList::shared())
 {
+    _list->read();
     connect(_list.data(), &ApplicationList::changed, this, &Applications::_listChanged);
     connect(Programs::instance(), &Programs::changed, this, &Applications::_programsChanged);
-    connect(this, &Applications::rowsInserted, this, &Applications::countChanged);
-    connect(this, &Applications::rowsRemoved, this, &Applications::countChanged);
 
     _listChanged();
 }
@@ -78,8 +41,8 @@ void Applications::setSearch(const QString &search)
         return;
     _search = search;
     _words = foldedWords(search);
-    _show();
-    Q_EMIT searchChanged();
+    if (_show())
+        Q_EMIT searchChanged();
 }
 
 void Applications::setCategory(const QString &category)
@@ -87,8 +50,8 @@ void Applications::setCategory(const QString &category)
     if (category == _category)
         return;
     _category = category;
-    _show();
-    Q_EMIT categoryChanged();
+    if (_show())
+        Q_EMIT categoryChanged();
 }
 
 void Applications::setShowAll(bool showAll)
@@ -96,20 +59,22 @@ void Applications::setShowAll(bool showAll)
     if (showAll == _showAll)
         return;
     _showAll = showAll;
+    const QPointer<Applications> alive = this;
     _updateCategories();
-    _show();
-    Q_EMIT showAllChanged();
+    if (alive && _show())
+        Q_EMIT showAllChanged();
 }
 
 int Applications::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : _rows.size();
+    return parent.isValid() ? 0 : count();
 }
 
 QVariant Applications::data(const QModelIndex &index, int role) const
 {
-    return checkIndex(index, CheckIndexOption::IndexIsValid) ? _value(*_rows.at(index.row()), role)
-                                                             : QVariant();
+    return checkIndex(index, CheckIndexOption::IndexIsValid)
+                   ? _value(*_rows.at(size_t(index.row())), role)
+                   : QVariant();
 }
 
 QHash<int, QByteArray> Applications::roleNames() const
@@ -130,12 +95,12 @@ QHash<int, QByteArray> Applications::roleNames() const
 
 QVariantMap Applications::get(int row) const
 {
-    return row >= 0 && row < _rows.size() ? _values(*_rows.at(row)) : QVariantMap();
+    return row >= 0 && row < count() ? _values(*_rows.at(size_t(row))) : QVariantMap();
 }
 
 QVariantMap Applications::find(const QString &appId) const
 {
-    const ApplicationPointer application = _find(appId);
+    const ApplicationPointer application = _list->find(appId);
     return application ? _values(*application) : QVariantMap();
 }
 
@@ -144,14 +109,14 @@ QString Applications::categoryName(const QString &category) const
     return ::categoryName(category);
 }
 
-void Applications::launch(const QString &appId, const QList<QUrl> &urls)
+void Applications::launch(const QString &appId, const QVariantList &urls)
 {
-    _start(appId, {}, urls);
+    _start(appId, {}, urls, false);
 }
 
 void Applications::launchAction(const QString &appId, const QString &action)
 {
-    const ApplicationPointer application = _find(appId);
+    const ApplicationPointer application = _list->find(appId);
     const bool known
             = application
               && std::any_of(application->actions.cbegin(), application->actions.cend(),
@@ -159,12 +124,12 @@ void Applications::launchAction(const QString &appId, const QString &action)
                                  return known.toMap().value(QStringLiteral("id")) == action;
                              });
     if (known)
-        _start(appId, action, {});
+        _start(appId, action, {}, false);
     else
         Q_EMIT failed(appId, QStringLiteral("%1 has no action %2").arg(appId, action));
 }
 
-void Applications::launchInTerminal(const QString &appId, const QList<QUrl> &urls)
+void Applications::launchInTerminal(const QString &appId, const QVariantList &urls)
 {
     _start(appId, {}, urls, true);
 }
@@ -230,189 +195,135 @@ QVector<int> Applications::_differences(const Application &one, const Applicatio
 
 void Applications::_listChanged()
 {
+    const QPointer<Applications> alive = this;
     _updateCategories();
-    _show();
+    if (alive)
+        _show();
 }
 
 void Applications::_updateCategories()
 {
-    QSet<QString> occurring;
-    const Rows all = _list->applications();
-    for (const ApplicationPointer &application : all) {
-        if (!application->shown && !_showAll)
-            continue;
-        for (const QString &category : application->categories)
-            occurring.insert(category);
-    }
-    QStringList categories = mainCategories();
-    const auto isAbsent = [&](const QString &category) { return !occurring.contains(category); };
-    categories.erase(std::remove_if(categories.begin(), categories.end(), isAbsent),
-                     categories.end());
+    const QStringList categories = _list->categories(_showAll);
     if (std::exchange(_categories, categories) != categories)
         Q_EMIT categoriesChanged();
 }
 
-Applications::Rows Applications::_wanted() const
+bool Applications::_isInCategory(const Application &application) const
 {
-    Rows ranked[None];
-    const Rows all = _list->applications();
-    for (const ApplicationPointer &application : all) {
-        if ((!application->shown && !_showAll)
-            || !(_category.isEmpty() || application->categories.contains(_category)))
-            continue;
-        const Match rank = compare(*application, _words);
-        if (rank != None)
-            ranked[rank] += application;
-    }
-    return ranked[ExactName] + ranked[BeginsWords] + ranked[WithinName];
-}
-
-// From the rows that there are to those that are wanted, by signals that leave a view where it is.
-void Applications::_show()
-{
-    const Rows wanted = _wanted();
-    _removeAllBut(wanted);
-    _reorder(wanted);
-    _insert(wanted);
-    _update(wanted);
-}
-
-void Applications::_removeAllBut(const Rows &wanted)
-{
-    const QHash<QString, int> kept = places(wanted);
-    const auto goes = [&](int row) { return !kept.contains(_rows.at(row)->appId); };
-    for (int last = _rows.size() - 1; last >= 0; --last) {
-        if (!goes(last))
-            continue;
-        int first = last;
-        while (first > 0 && goes(first - 1))
-            --first;
-        beginRemoveRows({}, first, last);
-        _rows.remove(first, last - first + 1);
-        endRemoveRows();
-        last = first;
-    }
-}
-
-void Applications::_reorder(const Rows &wanted)
-{
-    // The places that the present rows have among themselves.
-    QHash<QString, int> target;
-    const QHash<QString, int> present = places(_rows);
-    for (const ApplicationPointer &application : wanted) {
-        if (present.contains(application->appId))
-            target.insert(application->appId, target.size());
-    }
-    const auto place = [&](int row) { return target.value(_rows.at(row)->appId); };
-    const auto move = [this](int from, int to) {
-        beginMoveRows({}, from, from, {}, to > from ? to + 1 : to);
-        _rows.move(from, to);
-        endMoveRows();
+    const auto is = [this](const QString &category) {
+        return category == _category || mainCategory(category) == _category;
     };
-    for (int row = 0; row < _rows.size(); ++row) {
-        // A row that goes down moves alone, instead of all that it passes moving up.
-        while (place(row) != row && place(row + 1) == row)
-            move(row, place(row));
-        int from = row;
-        while (place(from) != row)
-            ++from;
-        if (from != row)
-            move(from, row);
-    }
+    return _category.isEmpty()
+           || std::any_of(application.categories.cbegin(), application.categories.cend(), is);
 }
 
-void Applications::_insert(const Rows &wanted)
+Applications::Wanted Applications::_wanted() const
 {
-    const auto isThere = [&](int row) {
-        return row < _rows.size() && _rows.at(row)->appId == wanted.at(row)->appId;
-    };
-    const QHash<QString, int> present = places(_rows);
-    for (int row = 0; row < wanted.size(); ++row) {
-        if (isThere(row))
+    std::array<Wanted, NoMatch> ranked;
+    for (const ApplicationPointer &application : _list->applications()) {
+        if ((!application->shown && !_showAll) || !_isInCategory(*application))
             continue;
-        int end = row + 1;
-        while (end < wanted.size() && !present.contains(wanted.at(end)->appId))
-            ++end;
-        beginInsertRows({}, row, end - 1);
-        _rows.insert(row, end - row, ApplicationPointer());
-        std::copy(wanted.cbegin() + row, wanted.cbegin() + end, _rows.begin() + row);
-        endInsertRows();
-        row = end - 1;
+        const Match match = _words.isEmpty() ? ExactName : compare(*application, _words);
+        if (match != NoMatch)
+            ranked[match].push_back(application);
     }
+    Wanted &wanted = ranked[ExactName];
+    for (int match = ExactName + 1; match < NoMatch; ++match)
+        wanted.insert(wanted.end(), ranked[match].cbegin(), ranked[match].cend());
+    return std::move(wanted);
 }
 
-void Applications::_update(const Rows &wanted)
+// Returns whether the model is still there.
+bool Applications::_show()
 {
-    for (int row = 0; row < wanted.size(); ++row) {
-        const ApplicationPointer before = std::exchange(_rows[row], wanted.at(row));
-        if (before == wanted.at(row))
-            continue;
-        const QVector<int> roles = _differences(*before, *wanted.at(row));
+    const QPointer<Applications> alive = this;
+    _walk.show(_wanted());
+    return alive;
+}
+
+template<typename IsCurrent>
+void Applications::_updateRows(const Wanted &wanted, const IsCurrent &isCurrent)
+{
+    QVector<int> changed;
+    for (int row = 0; row < count(); ++row) {
+        if (_rows[size_t(row)] != wanted[size_t(row)])
+            changed += row;
+    }
+    if (changed.size() > mostUpdates) {
+        _rows = wanted;
+        Q_EMIT dataChanged(index(changed.first()), index(changed.last()));
+        return;
+    }
+    for (int i = 0; i < changed.size() && isCurrent(); ++i) {
+        const int row = changed.at(i);
+        const auto before = std::exchange(_rows[size_t(row)], wanted[size_t(row)]);
+        const QVector<int> roles = _differences(*before, *_rows[size_t(row)]);
         if (!roles.isEmpty())
             Q_EMIT dataChanged(index(row), index(row), roles);
     }
 }
 
-ApplicationPointer Applications::_find(const QString &appId) const
-{
-    const Rows all = _list->applications();
-    const auto found = std::find_if(all.cbegin(), all.cend(), [&appId](const auto &application) {
-        return application->appId == appId;
-    });
-    return found != all.cend() ? *found : ApplicationPointer();
-}
-
-void Applications::_start(const QString &appId, const QString &action, const QList<QUrl> &urls,
+void Applications::_start(const QString &appId, const QString &action, const QVariantList &urls,
                           bool inTerminal)
 {
-    const ApplicationPointer application = _find(appId);
+    const ApplicationPointer application = _list->find(appId);
     if (!application) {
         Q_EMIT failed(appId, QStringLiteral("%1 is not installed").arg(appId));
         return;
     }
-    if (!inTerminal && isActivatedByBus(*application)) {
-        _startByBus(application, action, urls);
-        return;
+    QByteArrayList uris;
+    for (const QVariant &url : urls) {
+        uris += launchUri(url);
+        if (uris.last().isEmpty()) {
+            const QString text = QStringLiteral("\"%1\" is neither a path nor a URL");
+            Q_EMIT failed(appId, text.arg(url.toString()));
+            return;
+        }
     }
-    const Launch launched = ::launch(*application, action, urls, inTerminal);
-    for (qint64 pid : launched.pids)
-        _follow(appId, pid);
-    if (!launched.error.isEmpty())
-        Q_EMIT failed(appId, launched.error);
+    if (!inTerminal && isActivatedByBus(*application))
+        _startByBus(application, action, uris);
+    else
+        _startProgram(application, action, uris, inTerminal);
+}
+
+void Applications::_startProgram(const ApplicationPointer &application, const QString &action,
+                                 const QByteArrayList &uris, bool inTerminal)
+{
+    const QPointer<Applications> alive = this;
+    const Launch launched = ::launch(*application, action, uris, inTerminal);
+    for (qint64 pid : launched.pids) {
+        if (alive)
+            _follow(application->appId, pid);
+        else
+            Programs::instance()->add(application->appId, pid);
+    }
+    if (alive && !launched.error.isEmpty())
+        Q_EMIT failed(application->appId, launched.error);
 }
 
 void Applications::_startByBus(const ApplicationPointer &application, const QString &action,
-                               const QList<QUrl> &urls)
+                               const QByteArrayList &uris)
 {
-    auto *watcher = new QDBusPendingCallWatcher(activate(*application, action, urls), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, application, watcher] {
-        watcher->deleteLater();
-        if (watcher->isError())
-            Q_EMIT failed(application->appId, watcher->error().message());
-        else
-            _askForPid(application);
-    });
-}
-
-void Applications::_askForPid(const ApplicationPointer &application)
-{
-    auto question = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"));
-    question.setArguments({ busName(*application) });
-    auto *watcher
-            = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, application, watcher] {
-        watcher->deleteLater();
-        const QDBusPendingReply<uint> pid = *watcher;
-        if (pid.isValid() && pid.value() > 0)
-            _follow(application->appId, pid.value());
-    });
+    // It goes on without this model.
+    Programs *programs = Programs::instance();
+    const auto *activation = new Activation(application, action, uris, programs);
+    connect(activation, &Activation::running, programs,
+            [programs, application](qint64 pid) { programs->add(application->appId, pid); });
+    connect(activation, &Activation::failed, this,
+            [this, application, action, uris](const QString &message, bool isUnknown) {
+                if (isUnknown && application->hasProgram)
+                    _startProgram(application, action, uris, false);
+                else
+                    Q_EMIT failed(application->appId, message);
+            });
 }
 
 void Applications::_follow(const QString &appId, qint64 pid)
 {
-    const Process *process = Programs::instance()->add(appId, pid);
+    const QPointer<Applications> alive = this;
+    const QPointer<Process> process = Programs::instance()->add(appId, pid);
+    if (!alive || !process)
+        return;
     connect(process, &Process::ended, this, [this, appId, process](const QString &error) {
         if (!error.isEmpty() && process->age() < earlyEnd)
             Q_EMIT failed(appId, error);

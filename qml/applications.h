@@ -1,10 +1,11 @@
 #pragma once
 
 #include "application.h"
+#include "rowwalk.h"
 
 #include <QAbstractListModel>
-#include <QList>
-#include <QUrl>
+#include <QByteArrayList>
+#include <QVariantList>
 
 class ApplicationList;
 
@@ -12,11 +13,16 @@ class ApplicationList;
 
     The applications are the desktop entries below "applications" in the data directories, by the
     rules of the Desktop Entry and Base Directory Specifications, as GIO reads them. A file in a more
-    important directory hides those of its id in the others. Entries with Hidden, and those whose
-    program or TryExec isn't there, are no applications. The list is complete after construction and
-    stays right: a file, an override or a folder that comes, changes or goes shows within a second, as
-    rows that are inserted, removed, moved or changed; the model is never reset. Data directories,
-    desktop (XDG_CURRENT_DESKTOP) and language are those that the process began with.
+    important directory hides those of its id in the others. Entries with Hidden, those without a name
+    or a command line (or bus name), and those whose program or TryExec isn't there, are no
+    applications. Folders are looked into 8 levels deep and up to 1,000 in all; a file has 1 MB at
+    most. The list is complete after construction and stays right: a file, an override or a folder
+    that comes, changes or goes shows within a second, as rows that are inserted, removed, moved or
+    changed, or as a change of the layout where it would take more than 100 such steps; the model is
+    never reset. Data directories, desktop (XDG_CURRENT_DESKTOP) and language are those that the
+    process began with.
+
+    A slot on a signal may search, launch and delete the model; what it asks for is shown after it.
 
     | Role | Name | Value |
     | ---- | ---- | ----- |
@@ -33,9 +39,11 @@ class ApplicationList;
     | PidRole | pid | the process id of the newest, 0 if none runs |
     | PathRole | path | path of the desktop entry |
 
-    The rows are sorted by name as the user's language sorts, without regard to case. In a search,
-    applications with exactly that name come first, then those with all words at the beginning of a
-    word, then those that have a word only within their name. */
+    The rows are sorted by name as the user's language sorts, without regard to case. A search orders
+    them by where it finds its text before that: exactly that name; the beginning of the name; the
+    beginning of a word in the name; in generic name and keywords; in comment and full name
+    (X-GNOME-FullName); in the id; anywhere within the name. Of several words, that which is found in
+    the last of these places counts. */
 class Applications : public QAbstractListModel
 {
     Q_OBJECT
@@ -44,15 +52,17 @@ class Applications : public QAbstractListModel
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
     /*! What the user has typed: words, in any order, of which each begins a word of name, generic
-        name, keywords or id, or stands anywhere in the name. Neither case nor accents matter, and no
-        character is special. Empty at first: all. */
+        name, keywords, comment or full name or, with three letters or more, a word of the id or
+        stands anywhere in the name. Neither case nor accents matter, and no character is special.
+        Empty at first: all. */
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
 
-    /*! The category that is shown, any that stands in an entry. Empty at first: all. */
+    /*! The category that is shown, any that stands in an entry or in \a categories. Empty at first:
+        all. */
     Q_PROPERTY(QString category READ category WRITE setCategory NOTIFY categoryChanged)
 
-    /*! Those of the main categories of the Desktop Menu Specification that occur, sorted; whatever
-        \a search and \a category are. */
+    /*! Those of the main categories of the Desktop Menu Specification that occur, in the order of
+        their names; whatever \a search and \a category are. Audio and Video are in AudioVideo. */
     Q_PROPERTY(QStringList categories READ categories NOTIFY categoriesChanged)
 
     /*! Whether to show what this desktop does not show: NoDisplay, OnlyShowIn, NotShowIn. False at
@@ -79,7 +89,7 @@ public:
     explicit Applications(QObject *parent = nullptr);
     ~Applications() override;
 
-    int count() const { return _rows.size(); }
+    int count() const { return int(_rows.size()); }
 
     QString search() const { return _search; }
     void setSearch(const QString &search);
@@ -107,16 +117,22 @@ public:
         English. Any other category is its own name. */
     Q_INVOKABLE QString categoryName(const QString &category) const;
 
-    /*! Starts an application, shown or not, with \a urls (or absolute paths) to open.
+    /*! Starts an application, shown or not, with \a urls to open: texts or values of type url. A text
+        that begins with "/" is a path, whatever characters are in it; any other is a URL with a
+        scheme, or nothing is started.
 
-        The program is a child of this process, with its environment and its output; it goes on when
-        this process ends. One with Terminal gets a terminal: xdg-terminal-exec, x-terminal-emulator,
-        or one that GIO knows. One with DBusActivatable is started by the session bus, and runs as
-        long as the process that owns its name then. A program that hands over to another process and
-        ends does no longer count as running. An application that runs is started once more.
+        The program is a child of this process, with its output; it goes on when this process ends. It
+        has its environment, but for what is about this process alone: DESKTOP_STARTUP_ID,
+        XDG_ACTIVATION_TOKEN, QT_WAYLAND_SHELL_INTEGRATION, and QT_QPA_PLATFORM if it names one
+        platform; a list of alternatives such as "wayland;xcb" stays. One with Terminal gets a
+        terminal: xdg-terminal-exec, x-terminal-emulator, or one that is known. One with
+        DBusActivatable is started by the session bus, or by its Exec where no service has its name;
+        it runs as long as the process that owns the name. A program that hands over to another
+        process and ends does no longer count as running. An application that runs is started once
+        more.
 
         What goes wrong is told by failed(), which may come before this returns. */
-    Q_INVOKABLE void launch(const QString &appId, const QList<QUrl> &urls = {});
+    Q_INVOKABLE void launch(const QString &appId, const QVariantList &urls = {});
 
     /*! Starts an action of the application, by its id in the role "actions"; otherwise like
         launch(). */
@@ -124,7 +140,7 @@ public:
 
     /*! Like launch(), but in a terminal, where the program's output can be read, and not by the bus.
         The terminal is what runs then. */
-    Q_INVOKABLE void launchInTerminal(const QString &appId, const QList<QUrl> &urls = {});
+    Q_INVOKABLE void launchInTerminal(const QString &appId, const QVariantList &urls = {});
 
     /*! Sends SIGTERM to all programs of the application that were launched in this process. Their
         end is no failure. */
@@ -142,7 +158,8 @@ Q_SIGNALS:
     void failed(const QString &appId, const QString &message);
 
 private:
-    using Rows = QVector<ApplicationPointer>;
+    friend class RowWalk<Applications>;
+    using Wanted = std::vector<ApplicationPointer>;
 
     QVariantMap _values(const Application &application) const;
     QVariant _value(const Application &application, int role) const;
@@ -151,19 +168,24 @@ private:
     void _listChanged();
     void _updateCategories();
 
-    Rows _wanted() const;
-    void _show();
-    void _removeAllBut(const Rows &wanted);
-    void _reorder(const Rows &wanted);
-    void _insert(const Rows &wanted);
-    void _update(const Rows &wanted);
+    bool _isInCategory(const Application &application) const;
+    Wanted _wanted() const;
+    bool _show();
+    static ApplicationKey _keyOf(const ApplicationPointer &application)
+    {
+        return { application.data() };
+    }
+    static ApplicationPointer _makeRow(const ApplicationPointer &item) { return item; }
+    void _rowsRemoved(const Wanted &) { }
+    template<typename IsCurrent>
+    void _updateRows(const Wanted &wanted, const IsCurrent &isCurrent);
 
-    ApplicationPointer _find(const QString &appId) const;
-    void _start(const QString &appId, const QString &action, const QList<QUrl> &urls,
-                bool inTerminal = false);
+    void _start(const QString &appId, const QString &action, const QVariantList &urls,
+                bool inTerminal);
+    void _startProgram(const ApplicationPointer &application, const QString &action,
+                       const QByteArrayList &uris, bool inTerminal);
     void _startByBus(const ApplicationPointer &application, const QString &action,
-                     const QList<QUrl> &urls);
-    void _askForPid(const ApplicationPointer &application);
+                     const QByteArrayList &uris);
     void _follow(const QString &appId, qint64 pid);
     void _programsChanged(const QString &appId);
 
@@ -174,5 +196,6 @@ private:
     bool _showAll = false;
 
     const QSharedPointer<ApplicationList> _list;
-    Rows _rows;
+    std::vector<ApplicationPointer> _rows;
+    RowWalk<Applications> _walk { this };
 };

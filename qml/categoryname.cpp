@@ -1,8 +1,15 @@
 #include "categoryname.h"
 
-#include <glib.h>
+#include "application.h"
+#include "regularfile.h"
+#include "usercollator.h"
 
-#include <memory>
+#include <QByteArrayList>
+#include <QFile>
+
+#include <algorithm>
+#include <glib.h>
+#include <map>
 
 namespace {
 
@@ -29,19 +36,25 @@ constexpr Category categories[] = {
     { "Utility", "Accessories", "Utility" },
 };
 
+// The file in the user's data directory comes before the others, if it has a name.
 QString nameInFile(const char *directory)
 {
-    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> file(g_key_file_new(),
-                                                                      g_key_file_unref);
-    const QByteArray path = QByteArray("desktop-directories/") + directory + ".directory";
-    if (!g_key_file_load_from_data_dirs(file.get(), path.constData(), nullptr,
-                                        G_KEY_FILE_KEEP_TRANSLATIONS, nullptr))
-        return {};
-    const std::unique_ptr<char, decltype(&g_free)> name(
-            g_key_file_get_locale_string(file.get(), G_KEY_FILE_DESKTOP_GROUP,
-                                         G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr),
-            g_free);
-    return QString::fromUtf8(name.get());
+    QByteArrayList roots { g_get_user_data_dir() };
+    for (auto *root = g_get_system_data_dirs(); *root; ++root)
+        roots += *root;
+    for (const QByteArray &root : std::as_const(roots)) {
+        const QByteArray path = root + "/desktop-directories/" + directory + ".directory";
+        const QByteArray data = readRegularFile(QFile::decodeName(path), largestEntry);
+        g_autoptr(GKeyFile) file = g_key_file_new();
+        if (data.isEmpty()
+            || !g_key_file_load_from_data(file, data.constData(), size_t(data.size()),
+                                          G_KEY_FILE_NONE, nullptr))
+            continue;
+        g_autofree gchar *name = g_key_file_get_locale_string(
+                file, G_KEY_FILE_DESKTOP_GROUP, G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr);
+        return QString::fromUtf8(name);
+    }
+    return {};
 }
 
 } // namespace
@@ -55,4 +68,26 @@ QString categoryName(const QString &category)
         return name.isEmpty() ? QString::fromLatin1(known.name) : name;
     }
     return category;
+}
+
+QString mainCategory(const QString &category)
+{
+    const auto is
+            = [&category](const Category &known) { return category == QLatin1String(known.id); };
+    if (std::none_of(std::begin(categories), std::end(categories), is))
+        return {};
+    const bool isHalf = category == QLatin1String("Audio") || category == QLatin1String("Video");
+    return isHalf ? QStringLiteral("AudioVideo") : category;
+}
+
+QStringList sortedByName(QStringList categories)
+{
+    std::map<QString, QString> names;
+    for (const QString &category : std::as_const(categories))
+        names.emplace(category, categoryName(category));
+    const QCollator collator = userCollator();
+    std::sort(categories.begin(), categories.end(), [&](const QString &one, const QString &other) {
+        return collator.compare(names[one], names[other]) < 0;
+    });
+    return categories;
 }

@@ -2,11 +2,10 @@
 
 #include "application.h"
 
+#include <QByteArrayList>
 #include <QDBusPendingCall>
-#include <QList>
-#include <QUrl>
 
-// What launching an application came to. The urls of one launch may take more than one process.
+// What launching an application came to. The files of one launch may take more than one process.
 struct Launch
 {
     QVector<qint64> pids;
@@ -14,9 +13,10 @@ struct Launch
 };
 
 // Starts the program of an application, or of one of its actions, as a child that is to be reaped:
-// the field codes with the urls, in its folder, in a terminal if it or the caller asks for one. It
-// has the environment and the output of this process, a session of its own, and survives this process.
-Launch launch(const Application &application, const QString &action, const QList<QUrl> &urls,
+// the field codes with the URIs, in its folder, in a terminal if it or the caller asks for one. It
+// has the environment of this process, without what is about the shell itself, and its output, a session
+// of its own, and survives this process.
+Launch launch(const Application &application, const QString &action, const QByteArrayList &uris,
               bool inTerminal);
 
 // Whether the session bus starts the application, and not its command line.
@@ -27,4 +27,4 @@ QString busName(const Application &application);
 
 // Calls it by the interface org.freedesktop.Application: Activate, Open or ActivateAction.
 QDBusPendingCall activate(const Application &application, const QString &action,
-                          const QList<QUrl> &urls);
+                          const QByteArrayList &uris);

@@ -1,10 +1,9 @@
 #include "notification.h"
 
+#include "applicationlist.h"
 #include "iconsource.h"
 #include "imagestore.h"
 #include "notificationimage.h"
-
-#include <gio/gdesktopappinfo.h>
 
 namespace {
 
@@ -97,20 +96,6 @@ QString desktopEntryOf(const QVariantMap &hints)
     return id;
 }
 
-QString desktopIcon(const QString &desktopEntry)
-{
-    if (desktopEntry.isEmpty())
-        return {};
-    const std::unique_ptr<GDesktopAppInfo, decltype(&g_object_unref)> info(
-            g_desktop_app_info_new((desktopEntry + desktopSuffix).toUtf8().constData()),
-            &g_object_unref);
-    if (!info)
-        return {};
-    const std::unique_ptr<char, decltype(&g_free)> icon(
-            g_desktop_app_info_get_string(info.get(), G_KEY_FILE_DESKTOP_KEY_ICON), &g_free);
-    return QString::fromUtf8(icon.get());
-}
-
 } // namespace
 
 void NotificationPost::shorten()
@@ -152,7 +137,9 @@ QString Notification::iconSource() const
 {
     if (_picture)
         return *_picture;
-    return ::iconSource(_icon.isEmpty() ? desktopIcon(desktopEntry) : _icon);
+    if (!_icon.isEmpty() || desktopEntry.isEmpty())
+        return ::iconSource(_icon);
+    return ApplicationList::shared()->iconSource(desktopEntry);
 }
 
 QVariantList Notification::buttons() const

@@ -1,5 +1,6 @@
 #include "notifications.h"
 
+#include "applicationlist.h"
 #include "busservice.h"
 #include "notificationservice.h"
 #include "pendingnotifications.h"
@@ -43,10 +44,15 @@ Notifications::Notifications(QObject *parent)
                       QStringLiteral("icon-static"), QStringLiteral("persistence") })
     , _server(new NotificationService(this))
     , _bus(new BusService(QStringLiteral("org.freedesktop.Notifications"), _server, this))
+    , _applications(ApplicationList::shared())
 {
     _timer.setSingleShot(true);
     _timer.setTimerType(Qt::PreciseTimer);
     connect(&_timer, &QTimer::timeout, this, &Notifications::_expire);
+    connect(_applications.data(), &ApplicationList::changed, this, [this] {
+        if (!_rows.empty())
+            Q_EMIT dataChanged(index(0), index(int(_rows.size()) - 1), { IconSourceRole });
+    });
     connect(_bus, &BusService::changed, this, &Notifications::registeredChanged);
     connect(_bus, &BusService::changed, this, &Notifications::ownerChanged);
     new BusService(QStringLiteral("com.zovar.NotificationManager"), new PendingNotifications(this),

@@ -3,10 +3,12 @@
 #include "notification.h"
 
 #include <QAbstractListModel>
+#include <QSharedPointer>
 #include <QTimer>
 
 #include <deque>
 
+class ApplicationList;
 class BusService;
 class NotificationService;
 
@@ -160,4 +162,5 @@ private:
     QTimer _timer;
     NotificationService *_server;
     BusService *_bus;
+    const QSharedPointer<ApplicationList> _applications; // For the icons of desktop entries.
 };

@@ -2,7 +2,10 @@
 
 #include "wordmatch.h"
 
+#include <QPointer>
+
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -20,26 +23,34 @@ SortFilterProxyModel::SortFilterProxyModel(QObject *parent)
     setSortLocaleAware(true);
     setSortCaseSensitivity(Qt::CaseInsensitive);
 
-    connect(this, &QAbstractItemModel::rowsInserted, this, &SortFilterProxyModel::countChanged);
-    connect(this, &QAbstractItemModel::rowsRemoved, this, &SortFilterProxyModel::countChanged);
-    connect(this, &QAbstractItemModel::modelReset, this, &SortFilterProxyModel::countChanged);
+    // What has another cause than our own setters and the source is counted later: inside these
+    // signals Qt goes on with an object that a slot may delete.
+    const auto countLater = [this](auto signal) {
+        connect(this, signal, this, &SortFilterProxyModel::_announceCount, Qt::QueuedConnection);
+    };
+    countLater(&QAbstractItemModel::rowsInserted);
+    countLater(&QAbstractItemModel::rowsRemoved);
+    countLater(&QAbstractItemModel::modelReset);
 }
 
 void SortFilterProxyModel::setSourceModel(QAbstractItemModel *model)
 {
-    if (const QAbstractItemModel *previous = sourceModel()) {
-        disconnect(previous, &QAbstractItemModel::dataChanged, this, nullptr);
-        disconnect(previous, &QAbstractItemModel::rowsInserted, this, nullptr);
-        disconnect(previous, &QAbstractItemModel::modelReset, this, nullptr);
-    }
+    if (QAbstractItemModel *previous = sourceModel())
+        previous->disconnect(this);
+    const QPointer<SortFilterProxyModel> alive = this;
     QSortFilterProxyModel::setSourceModel(model);
-    _resolveRoles();
-    if (!model)
-        return;
-    connect(model, &QAbstractItemModel::dataChanged, this, &SortFilterProxyModel::_scheduleUpdate);
-    // A ListModel has no roles before its first row.
-    connect(model, &QAbstractItemModel::rowsInserted, this, &SortFilterProxyModel::_resolveRoles);
-    connect(model, &QAbstractItemModel::modelReset, this, &SortFilterProxyModel::_resolveRoles);
+    if (alive && model) {
+        connect(model, &QAbstractItemModel::dataChanged, this,
+                &SortFilterProxyModel::_scheduleUpdate);
+        // After Qt's own slots on these, and a ListModel has no roles before its first row.
+        connect(model, &QAbstractItemModel::rowsInserted, this,
+                &SortFilterProxyModel::_resolveRoles);
+        connect(model, &QAbstractItemModel::modelReset, this, &SortFilterProxyModel::_resolveRoles);
+        connect(model, &QAbstractItemModel::rowsRemoved, this,
+                &SortFilterProxyModel::_announceCount);
+    }
+    if (alive)
+        _resolveRoles();
 }
 
 QHash<int, QByteArray> SortFilterProxyModel::roleNames() const
@@ -62,8 +73,8 @@ void SortFilterProxyModel::setSortRoleName(const QString &name)
     if (name == _sortRoleName)
         return;
     _sortRoleName = name;
-    _resolveRoles();
-    Q_EMIT sortRoleNameChanged();
+    if (_resolveRoles())
+        Q_EMIT sortRoleNameChanged();
 }
 
 Qt::SortOrder SortFilterProxyModel::sortOrder() const
@@ -76,8 +87,8 @@ void SortFilterProxyModel::setSortOrder(Qt::SortOrder order)
     if (order == _sortOrder)
         return;
     _sortOrder = order;
-    _resolveRoles();
-    Q_EMIT sortOrderChanged();
+    if (_resolveRoles())
+        Q_EMIT sortOrderChanged();
 }
 
 QStringList SortFilterProxyModel::filterRoleNames() const
@@ -90,8 +101,8 @@ void SortFilterProxyModel::setFilterRoleNames(const QStringList &names)
     if (names == _filterRoleNames)
         return;
     _filterRoleNames = names;
-    _resolveRoles();
-    Q_EMIT filterRoleNamesChanged();
+    if (_resolveRoles())
+        Q_EMIT filterRoleNamesChanged();
 }
 
 QString SortFilterProxyModel::filterText() const
@@ -105,8 +116,8 @@ void SortFilterProxyModel::setFilterText(const QString &text)
         return;
     _filterText = text;
     _words = foldedWords(text);
-    invalidateFilter();
-    Q_EMIT filterTextChanged();
+    if (_refilter())
+        Q_EMIT filterTextChanged();
 }
 
 QVariantMap SortFilterProxyModel::get(int row) const
@@ -157,24 +168,52 @@ bool SortFilterProxyModel::lessThan(const QModelIndex &left, const QModelIndex &
     return _collator.compare(a.toString(), b.toString()) < 0;
 }
 
-// Role names may come later than their use, with the source or with its rows.
-void SortFilterProxyModel::_resolveRoles()
+// Role names may come later than their use, with the source or with its rows. Like the next, it returns
+// whether the model is still there.
+bool SortFilterProxyModel::_resolveRoles()
 {
     const QHash<int, QByteArray> names = roleNames();
     const auto number = [&names](const QString &name) { return names.key(name.toUtf8(), -1); };
 
     QVector<int> filterRoles;
-    for (const QString &name : qAsConst(_filterRoleNames))
+    for (const QString &name : std::as_const(_filterRoleNames))
         filterRoles.append(number(name));
-    if (filterRoles != _filterRoles) {
-        _filterRoles = filterRoles;
-        invalidateFilter();
-    }
+    if (std::exchange(_filterRoles, filterRoles) != filterRoles && !_refilter())
+        return false;
 
+    const QPointer<SortFilterProxyModel> alive = this;
     const int role = number(_sortRoleName);
     if (role >= 0)
         setSortRole(role);
-    sort(role < 0 ? -1 : 0, _sortOrder);
+    if (alive)
+        sort(role < 0 ? -1 : 0, _sortOrder);
+    if (alive)
+        _announceCount();
+    return alive;
+}
+
+// A slot may ask for another filter while Qt is at work with this one.
+bool SortFilterProxyModel::_refilter()
+{
+    _filterIsStale = true;
+    if (_filtering)
+        return true;
+    const QPointer<SortFilterProxyModel> alive = this;
+    _filtering = true;
+    while (alive && std::exchange(_filterIsStale, false))
+        invalidateFilter();
+    if (!alive)
+        return false;
+    _filtering = false;
+    _announceCount();
+    return alive;
+}
+
+void SortFilterProxyModel::_announceCount()
+{
+    const int count = rowCount();
+    if (std::exchange(_count, count) != count)
+        Q_EMIT countChanged();
 }
 
 void SortFilterProxyModel::_scheduleUpdate()
@@ -188,9 +227,11 @@ void SortFilterProxyModel::_scheduleUpdate()
 void SortFilterProxyModel::_update()
 {
     _updateScheduled = false;
-    invalidateFilter();
+    if (!_refilter())
+        return;
     // Sorts anew, and unlike invalidate() without a reset of the views.
+    const QPointer<SortFilterProxyModel> alive = this;
     setDynamicSortFilter(dynamicSortFilter());
-    if (rowCount() > 0)
+    if (alive && rowCount() > 0)
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }

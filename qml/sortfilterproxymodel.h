@@ -73,7 +73,9 @@ protected:
     bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
 
 private Q_SLOTS:
-    void _resolveRoles();
+    bool _resolveRoles();
+    bool _refilter();
+    void _announceCount();
     void _scheduleUpdate();
     void _update();
 
@@ -86,4 +88,7 @@ private:
     QStringList _words;
     mutable QCollator _collator;
     bool _updateScheduled = false;
+    bool _filtering = false;
+    bool _filterIsStale = false;
+    int _count = 0;
 };

@@ -88,6 +88,7 @@ private Q_SLOTS:
             QVERIFY(call("Notify", { "App", "0", "", "Title", "Body", "['a']", sent, "0" })
                             .contains("uint32"));
         QTRY_COMPARE(centre.rowCount(), 1);
+        QTRY_COMPARE(centre.all(role).isEmpty(), value.isEmpty());
         QString read = centre.all(role);
         const QImage image = ImageStore::find(read);
         if (!image.isNull())

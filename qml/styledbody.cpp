@@ -204,6 +204,7 @@ public:
                 [this](QStringView piece) { return _addTag(Tag(piece)); });
         while (!_open.isEmpty())
             _close(_open.constLast());
+        _out.squeeze(); // It is kept.
         return _out;
     }
 

@@ -13,7 +13,7 @@ Notifications::Notifications(QObject *parent)
 {
     const NotificationList *list = _list.data();
     connect(list, &NotificationList::rowsChanged, this, &Notifications::_follow);
-    // Another object's slot may have closed it.
+    // Whoever was told before may have closed it.
     connect(list, &NotificationList::posted, this, [this](uint id) {
         if (indexOf(id) >= 0)
             Q_EMIT posted(id);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Programs that post without a library: one with a number of its own, or one with three large hints."""
+"""Programs that post without a library: one with a number of its own, or one with large hints."""
 
 import sys
 
@@ -22,9 +22,9 @@ def hear(_bus, _sender, _path, _interface, signal, arguments):
 
 
 if sys.argv[1] == "large":
-    zeros = GLib.Bytes(bytes(30000000))
+    zeros = GLib.Bytes(bytes(15000000))
     large = GLib.Variant.new_from_bytes(GLib.VariantType("ay"), zeros, True)
-    for _ in range(3):
+    for _ in range(8):
         call("Notify", "(susssasa{sv}i)", "", 0, "", "Large", "", [], {"urgency": large}, 0)
     bus.flush_sync()
 else:

@@ -31,7 +31,7 @@ class NotificationList;
 // | desktopEntry | id of the program's desktop entry, without ".desktop" |
 // | isTransient | whether it is for the moment only, not for a list that is kept |
 // | resident | whether it stays when an action is chosen |
-// | actions | list of {key, text}, without "default" and without empty texts |
+// | actions | list of {key, text}, without "default", "inline-reply" and empty texts |
 // | hasDefault | whether a click on the notification itself means invoke(id, "default") |
 // | time | QDateTime of the post, or of the one that replaced it |
 //

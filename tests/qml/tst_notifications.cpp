@@ -283,6 +283,13 @@ private Q_SLOTS:
         }
     }
 
+    void theLastOneMayGoWhenItIsRegistered()
+    {
+        QPointer<Centre> centre(new Centre);
+        connect(centre, &Notifications::registeredChanged, this, [&centre] { delete centre; });
+        QTRY_VERIFY(!centre);
+    }
+
     void timeOutsAreThoseOfTheLastPost()
     {
         Centre centre;

@@ -188,7 +188,7 @@ void NotificationList::close(uint id, uint reason)
 void NotificationList::closeFor(const QString &sender, uint number)
 {
     uint id = number;
-    if (_rowOf(id) < 0 && findId(_waiting, id) == _waiting.end()) {
+    if (number != 0 && _rowOf(id) < 0 && findId(_waiting, id) == _waiting.end()) {
         id = ownId(_waiting, sender, number);
         if (id == 0)
             id = ownId(_rows, sender, number);

@@ -30,7 +30,9 @@ if sys.argv[1] == "large":
 else:
     bus.signal_subscribe(None, NAME, None, None, None, 0, hear)
     stays = {"resident": GLib.Variant("b", True)}
+    call("Notify", "(susssasa{sv}i)", "", 0, "", "Other", "", [], {}, 0)
     call("Notify", "(susssasa{sv}i)", "", 7, "", "Own", "", ["b", "B"], stays, 0)
+    call("CloseNotification", "(u)", 0)
     input()
     call("CloseNotification", "(u)", 7)
     loop.run()

@@ -181,15 +181,16 @@ private Q_SLOTS:
         Centre centre;
         QTRY_VERIFY(centre.isRegistered());
         Peer peer("/usr/bin/python3", { ANSWEREDPEER, "own" });
-        QTRY_COMPARE(centre.all(), "Own");
-        const QString id = centre.all("id");
-        const QString other = Peer("notify-send", { "-p", "Other" }).result();
+        QTRY_COMPARE(centre.all(), "Own Other");
+        const QString id = centre.get(0).value("id").toString();
+        const QString other = Peer("notify-send", { "-p", "Third" }).result();
         call("CloseNotification", { "7" });
-        QTRY_COMPARE(centre.all(), "Other Own");
+        QTRY_COMPARE(centre.all(), "Third Own Other");
         centre.dismiss(other.toUInt());
         centre.invoke(id.toUInt(), "b");
         peer.write("\n");
         QCOMPARE(peer.result(), id + " b " + id + " 3");
+        QCOMPARE(centre.all(), "Other");
     }
 
     void aBusyInterfaceIsReadOn()

@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
+#include <QPointer>
 
 BusService::BusService(const QString &name, QObject *object, QObject *parent)
     : QObject(parent)
@@ -52,8 +53,9 @@ void BusService::_setOwner(const QString &owner)
         return;
     _owner = owner;
     _process.clear();
+    const QPointer<BusService> alive(this);
     Q_EMIT changed();
-    if (owner.isEmpty() || isRegistered())
+    if (!alive || owner != _owner || owner.isEmpty() || isRegistered())
         return;
     whenProcessKnown(owner, this, [this, owner](const QVariantMap &process) {
         if (owner != _owner || process.isEmpty())

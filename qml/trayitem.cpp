@@ -2,6 +2,7 @@
 
 #include "asynccall.h"
 #include "iconsource.h"
+#include "styledbody.h"
 #include "traymenu.h"
 
 #include <QDBusArgument>
@@ -12,7 +13,6 @@
 #include <QElapsedTimer>
 #include <QIcon>
 #include <QTextDocument>
-#include <QTextDocumentFragment>
 
 #include <chrono>
 #include <utility>
@@ -79,7 +79,7 @@ QString readToolTip(const QVariant &value)
     QString body = text(argument.asVariant());
     argument.endStructure();
     if (Qt::mightBeRichText(body))
-        body = QTextDocumentFragment::fromHtml(body).toPlainText();
+        body = plainText(body);
     return title.isEmpty() || body.isEmpty() ? title + body : title + QLatin1Char('\n') + body;
 }
 

@@ -19,6 +19,9 @@ namespace {
 
 constexpr int earlyEnd = 2000;
 
+// Beyond this, views are told of one change from the first row to the last.
+constexpr int mostUpdates = 100;
+
 const QStringList &mainCategories()
 {
     static const QStringList categories {
@@ -46,16 +49,6 @@ Match compare(const Application &application, const QStringList &words)
     return application.foldedName == words.join(QLatin1Char(' ')) ? ExactName : worst;
 }
 
-// The rows' places by their ids.
-QHash<QString, int> places(const QVector<ApplicationPointer> &rows)
-{
-    QHash<QString, int> places;
-    places.reserve(rows.size());
-    for (int row = 0; row < rows.size(); ++row)
-        places.insert(rows.at(row)->appId, row);
-    return places;
-}
-
 } // namespace
 
 Applications::Applications(QObject *parent)
@@ -64,8 +57,6 @@ Applications::Applications(QObject *parent)
 {
     connect(_list.data(), &ApplicationList::changed, this, &Applications::_listChanged);
     connect(Programs::instance(), &Programs::changed, this, &Applications::_programsChanged);
-    connect(this, &Applications::rowsInserted, this, &Applications::countChanged);
-    connect(this, &Applications::rowsRemoved, this, &Applications::countChanged);
 
     _listChanged();
 }
@@ -103,13 +94,14 @@ void Applications::setShowAll(bool showAll)
 
 int Applications::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : _rows.size();
+    return parent.isValid() ? 0 : count();
 }
 
 QVariant Applications::data(const QModelIndex &index, int role) const
 {
-    return checkIndex(index, CheckIndexOption::IndexIsValid) ? _value(*_rows.at(index.row()), role)
-                                                             : QVariant();
+    return checkIndex(index, CheckIndexOption::IndexIsValid)
+                   ? _value(*_rows.at(size_t(index.row())), role)
+                   : QVariant();
 }
 
 QHash<int, QByteArray> Applications::roleNames() const
@@ -130,7 +122,7 @@ QHash<int, QByteArray> Applications::roleNames() const
 
 QVariantMap Applications::get(int row) const
 {
-    return row >= 0 && row < _rows.size() ? _values(*_rows.at(row)) : QVariantMap();
+    return row >= 0 && row < count() ? _values(*_rows.at(size_t(row))) : QVariantMap();
 }
 
 QVariantMap Applications::find(const QString &appId) const
@@ -237,7 +229,7 @@ void Applications::_listChanged()
 void Applications::_updateCategories()
 {
     QSet<QString> occurring;
-    const Rows all = _list->applications();
+    const auto all = _list->applications();
     for (const ApplicationPointer &application : all) {
         if (!application->shown && !_showAll)
             continue;
@@ -252,102 +244,46 @@ void Applications::_updateCategories()
         Q_EMIT categoriesChanged();
 }
 
-Applications::Rows Applications::_wanted() const
+Applications::Wanted Applications::_wanted() const
 {
-    Rows ranked[None];
-    const Rows all = _list->applications();
+    Wanted ranked[None];
+    const auto all = _list->applications();
     for (const ApplicationPointer &application : all) {
         if ((!application->shown && !_showAll)
             || !(_category.isEmpty() || application->categories.contains(_category)))
             continue;
         const Match rank = compare(*application, _words);
         if (rank != None)
-            ranked[rank] += application;
+            ranked[rank].push_back(application);
     }
-    return ranked[ExactName] + ranked[BeginsWords] + ranked[WithinName];
+    Wanted &wanted = ranked[ExactName];
+    for (int rank = ExactName + 1; rank < None; ++rank)
+        wanted.insert(wanted.end(), ranked[rank].cbegin(), ranked[rank].cend());
+    return wanted;
 }
 
-// From the rows that there are to those that are wanted, by signals that leave a view where it is.
 void Applications::_show()
 {
-    const Rows wanted = _wanted();
-    _removeAllBut(wanted);
-    _reorder(wanted);
-    _insert(wanted);
-    _update(wanted);
+    _walk.show(_wanted());
 }
 
-void Applications::_removeAllBut(const Rows &wanted)
+template<typename IsCurrent>
+void Applications::_updateRows(const Wanted &wanted, const IsCurrent &isCurrent)
 {
-    const QHash<QString, int> kept = places(wanted);
-    const auto goes = [&](int row) { return !kept.contains(_rows.at(row)->appId); };
-    for (int last = _rows.size() - 1; last >= 0; --last) {
-        if (!goes(last))
-            continue;
-        int first = last;
-        while (first > 0 && goes(first - 1))
-            --first;
-        beginRemoveRows({}, first, last);
-        _rows.remove(first, last - first + 1);
-        endRemoveRows();
-        last = first;
+    QVector<int> changed;
+    for (int row = 0; row < count(); ++row) {
+        if (_rows[size_t(row)] != wanted[size_t(row)])
+            changed += row;
     }
-}
-
-void Applications::_reorder(const Rows &wanted)
-{
-    // The places that the present rows have among themselves.
-    QHash<QString, int> target;
-    const QHash<QString, int> present = places(_rows);
-    for (const ApplicationPointer &application : wanted) {
-        if (present.contains(application->appId))
-            target.insert(application->appId, target.size());
+    if (changed.size() > mostUpdates) {
+        _rows = wanted;
+        Q_EMIT dataChanged(index(changed.first()), index(changed.last()));
+        return;
     }
-    const auto place = [&](int row) { return target.value(_rows.at(row)->appId); };
-    const auto move = [this](int from, int to) {
-        beginMoveRows({}, from, from, {}, to > from ? to + 1 : to);
-        _rows.move(from, to);
-        endMoveRows();
-    };
-    for (int row = 0; row < _rows.size(); ++row) {
-        // A row that goes down moves alone, instead of all that it passes moving up.
-        while (place(row) != row && place(row + 1) == row)
-            move(row, place(row));
-        int from = row;
-        while (place(from) != row)
-            ++from;
-        if (from != row)
-            move(from, row);
-    }
-}
-
-void Applications::_insert(const Rows &wanted)
-{
-    const auto isThere = [&](int row) {
-        return row < _rows.size() && _rows.at(row)->appId == wanted.at(row)->appId;
-    };
-    const QHash<QString, int> present = places(_rows);
-    for (int row = 0; row < wanted.size(); ++row) {
-        if (isThere(row))
-            continue;
-        int end = row + 1;
-        while (end < wanted.size() && !present.contains(wanted.at(end)->appId))
-            ++end;
-        beginInsertRows({}, row, end - 1);
-        _rows.insert(row, end - row, ApplicationPointer());
-        std::copy(wanted.cbegin() + row, wanted.cbegin() + end, _rows.begin() + row);
-        endInsertRows();
-        row = end - 1;
-    }
-}
-
-void Applications::_update(const Rows &wanted)
-{
-    for (int row = 0; row < wanted.size(); ++row) {
-        const ApplicationPointer before = std::exchange(_rows[row], wanted.at(row));
-        if (before == wanted.at(row))
-            continue;
-        const QVector<int> roles = _differences(*before, *wanted.at(row));
+    for (int i = 0; i < changed.size() && isCurrent(); ++i) {
+        const int row = changed.at(i);
+        const auto before = std::exchange(_rows[size_t(row)], wanted[size_t(row)]);
+        const QVector<int> roles = _differences(*before, *_rows[size_t(row)]);
         if (!roles.isEmpty())
             Q_EMIT dataChanged(index(row), index(row), roles);
     }
@@ -355,7 +291,7 @@ void Applications::_update(const Rows &wanted)
 
 ApplicationPointer Applications::_find(const QString &appId) const
 {
-    const Rows all = _list->applications();
+    const auto all = _list->applications();
     const auto found = std::find_if(all.cbegin(), all.cend(), [&appId](const auto &application) {
         return application->appId == appId;
     });

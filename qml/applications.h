@@ -1,6 +1,7 @@
 #pragma once
 
 #include "application.h"
+#include "rowwalk.h"
 
 #include <QAbstractListModel>
 #include <QList>
@@ -79,7 +80,7 @@ public:
     explicit Applications(QObject *parent = nullptr);
     ~Applications() override;
 
-    int count() const { return _rows.size(); }
+    int count() const { return int(_rows.size()); }
 
     QString search() const { return _search; }
     void setSearch(const QString &search);
@@ -142,7 +143,8 @@ Q_SIGNALS:
     void failed(const QString &appId, const QString &message);
 
 private:
-    using Rows = QVector<ApplicationPointer>;
+    friend class RowWalk<Applications>;
+    using Wanted = std::vector<ApplicationPointer>;
 
     QVariantMap _values(const Application &application) const;
     QVariant _value(const Application &application, int role) const;
@@ -151,12 +153,13 @@ private:
     void _listChanged();
     void _updateCategories();
 
-    Rows _wanted() const;
+    Wanted _wanted() const;
     void _show();
-    void _removeAllBut(const Rows &wanted);
-    void _reorder(const Rows &wanted);
-    void _insert(const Rows &wanted);
-    void _update(const Rows &wanted);
+    static QString _keyOf(const ApplicationPointer &application) { return application->appId; }
+    static ApplicationPointer _makeRow(const ApplicationPointer &item) { return item; }
+    void _rowsRemoved(const Wanted &) { }
+    template<typename IsCurrent>
+    void _updateRows(const Wanted &wanted, const IsCurrent &isCurrent);
 
     ApplicationPointer _find(const QString &appId) const;
     void _start(const QString &appId, const QString &action, const QList<QUrl> &urls,
@@ -174,5 +177,6 @@ private:
     bool _showAll = false;
 
     const QSharedPointer<ApplicationList> _list;
-    Rows _rows;
+    std::vector<ApplicationPointer> _rows;
+    RowWalk<Applications> _walk { this };
 };

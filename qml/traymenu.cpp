@@ -2,12 +2,8 @@
 
 #include "iconsource.h"
 #include "menuclient.h"
-#include "menuitem.h"
 #include "trayaddress.h"
-#include "traypicture.h"
 
-#include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace {
@@ -46,15 +42,6 @@ bool isSubmenu(const QVariantMap &properties)
 
 } // namespace
 
-struct TrayMenu::Row
-{
-    int id = 0;
-    QVariantMap properties;
-    TrayMenu *submenu = nullptr;
-    std::unique_ptr<TrayPicture> picture = std::make_unique<TrayPicture>();
-    QString pictureSource;
-};
-
 TrayMenu::TrayMenu(QObject *parent)
     : QAbstractListModel(parent)
     , _root(this)
@@ -62,8 +49,6 @@ TrayMenu::TrayMenu(QObject *parent)
     _connecting.setSingleShot(true);
     _connecting.setInterval(0);
     connect(&_connecting, &QTimer::timeout, this, &TrayMenu::_connectToService);
-    connect(this, &TrayMenu::rowsInserted, this, &TrayMenu::countChanged);
-    connect(this, &TrayMenu::rowsRemoved, this, &TrayMenu::countChanged);
 }
 
 TrayMenu::TrayMenu(int id, TrayMenu *parent)
@@ -71,8 +56,6 @@ TrayMenu::TrayMenu(int id, TrayMenu *parent)
     , _root(parent->_root)
     , _id(id)
 {
-    connect(this, &TrayMenu::rowsInserted, this, &TrayMenu::countChanged);
-    connect(this, &TrayMenu::rowsRemoved, this, &TrayMenu::countChanged);
     _follow(_root->_client);
 }
 
@@ -295,86 +278,43 @@ QString TrayMenu::_themePath() const
     return _root->_client ? _root->_client->themePath() : QString();
 }
 
-// The rows one by one until they are those of the layout. What stays keeps its row and its submenu.
+// What stays keeps its row and its submenu.
 void TrayMenu::_setItems(const std::vector<MenuItem> &items)
 {
-    QSet<int> wanted;
-    for (const MenuItem &item : items)
-        wanted.insert(item.id);
-    _removeAllBut(wanted);
-
-    QSet<int> present;
-    for (const Row &row : _rows)
-        present.insert(row.id);
-    const MenuItem *const end = items.data() + items.size();
-    for (const MenuItem *item = items.data(); item != end;) {
-        const int row = int(item - items.data());
-        const MenuItem *const known = std::find_if(
-                item, end, [&present](const MenuItem &each) { return present.contains(each.id); });
-        if (known != item) {
-            _insert(row, item, known);
-            item = known;
-            continue;
-        }
-        _moveHere(row, item->id);
-        _change(row, item->properties, !item->children.empty());
-        if (TrayMenu *submenu = _rows[size_t(row)].submenu)
-            submenu->_setItems(item->children);
-        ++item;
-    }
+    _walk.show(items);
 }
 
-void TrayMenu::_removeAllBut(const QSet<int> &ids)
+TrayMenu::Row TrayMenu::_makeRow(const MenuItem &item)
 {
-    const auto goes = [this, &ids](int row) { return !ids.contains(_rows[size_t(row)].id); };
-    for (int last = count() - 1; last >= 0; --last) {
-        if (!goes(last))
-            continue;
-        int first = last;
-        while (first > 0 && goes(first - 1))
-            --first;
-        beginRemoveRows({}, first, last);
-        for (int row = first; row <= last; ++row)
-            _removeSubmenu(&_rows[size_t(row)]);
-        _rows.erase(_rows.begin() + first, _rows.begin() + last + 1);
-        endRemoveRows();
-        last = first;
-    }
+    Row row;
+    row.id = item.id;
+    _assign(&row, item.properties, !item.children.empty());
+    if (row.submenu)
+        row.submenu->_setItems(item.children);
+    return row;
 }
 
-void TrayMenu::_insert(int row, const MenuItem *first, const MenuItem *end)
+void TrayMenu::_rowsRemoved(std::vector<Row> rows)
 {
-    std::vector<Row> rows;
-    for (const MenuItem *item = first; item != end; ++item) {
-        Row &inserted = rows.emplace_back();
-        inserted.id = item->id;
-        _assign(&inserted, item->properties, !item->children.empty());
-        if (inserted.submenu)
-            inserted.submenu->_setItems(item->children);
-    }
-    beginInsertRows({}, row, row + int(rows.size()) - 1);
-    _rows.insert(_rows.begin() + row, std::make_move_iterator(rows.begin()),
-                 std::make_move_iterator(rows.end()));
-    endInsertRows();
+    for (const Row &row : rows)
+        _removeSubmenu(row.submenu);
 }
 
-void TrayMenu::_moveHere(int to, int id)
+template<typename IsCurrent>
+void TrayMenu::_updateRows(const Wanted &wanted, const IsCurrent &isCurrent)
 {
-    const auto at = std::find_if(_rows.begin() + to, _rows.end(),
-                                 [id](const Row &row) { return row.id == id; });
-    const int from = int(at - _rows.begin());
-    if (from == to)
-        return;
-    beginMoveRows({}, from, from, {}, to);
-    std::rotate(_rows.begin() + to, at, at + 1);
-    endMoveRows();
+    for (size_t row = 0; isCurrent() && row < wanted.size(); ++row) {
+        _change(int(row), wanted[row].properties, !wanted[row].children.empty());
+        if (isCurrent() && _rows[row].submenu)
+            _rows[row].submenu->_setItems(wanted[row].children);
+    }
 }
 
 void TrayMenu::_setProperties(const QHash<int, QVariantMap> &updates)
 {
-    for (int row = 0; row < count(); ++row) {
+    const QPointer<TrayMenu> alive = this;
+    for (int row = 0; alive && row < count(); ++row) {
         const Row &changed = _rows[size_t(row)];
-        TrayMenu *const submenu = changed.submenu;
         const auto update = updates.constFind(changed.id);
         if (update != updates.cend()) {
             QVariantMap properties = changed.properties;
@@ -384,10 +324,10 @@ void TrayMenu::_setProperties(const QHash<int, QVariantMap> &updates)
                 else
                     properties.remove(property.key());
             }
-            _change(row, properties, submenu && submenu->count() > 0);
+            _change(row, properties, changed.submenu && changed.submenu->count() > 0);
         }
-        if (submenu)
-            submenu->_setProperties(updates);
+        if (TrayMenu *below = alive ? submenu(row) : nullptr)
+            below->_setProperties(updates);
     }
 }
 
@@ -398,7 +338,7 @@ void TrayMenu::_change(int row, const QVariantMap &properties, bool hasItems)
         && (changed.submenu != nullptr) == (hasItems || isSubmenu(properties)))
         return;
     const QVariantMap before = get(row);
-    _assign(&changed, properties, hasItems);
+    const QPointer<TrayMenu> gone = _assign(&changed, properties, hasItems);
     const QVariantMap after = get(row);
 
     QVector<int> roles;
@@ -410,9 +350,11 @@ void TrayMenu::_change(int row, const QVariantMap &properties, bool hasItems)
     }
     if (!roles.isEmpty())
         Q_EMIT dataChanged(index(row), index(row), roles);
+    _removeSubmenu(gone);
 }
 
-void TrayMenu::_assign(Row *row, const QVariantMap &properties, bool hasItems)
+// Returns the submenu that the row has no longer.
+QPointer<TrayMenu> TrayMenu::_assign(Row *row, const QVariantMap &properties, bool hasItems)
 {
     const QVariantMap before = std::exchange(row->properties, properties);
     const QByteArray png = properties.value(QStringLiteral("icon-data")).toByteArray();
@@ -420,16 +362,17 @@ void TrayMenu::_assign(Row *row, const QVariantMap &properties, bool hasItems)
         row->pictureSource = row->picture->show(readPicture(png));
 
     if (!hasItems && !isSubmenu(properties))
-        _removeSubmenu(row);
-    else if (!row->submenu)
+        return std::exchange(row->submenu, {});
+    if (!row->submenu)
         row->submenu = new TrayMenu(row->id, this);
+    return {};
 }
 
 // A view may still show it.
-void TrayMenu::_removeSubmenu(Row *row)
+void TrayMenu::_removeSubmenu(const QPointer<TrayMenu> &submenu)
 {
-    if (!row->submenu)
-        return;
-    row->submenu->_setItems({});
-    std::exchange(row->submenu, nullptr)->deleteLater();
+    if (submenu)
+        submenu->_setItems({});
+    if (submenu)
+        submenu->deleteLater();
 }

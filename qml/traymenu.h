@@ -1,15 +1,19 @@
 #pragma once
 
+#include "menuitem.h"
+#include "rowwalk.h"
+#include "traypicture.h"
+
 #include <QAbstractListModel>
 #include <QHash>
-#include <QSet>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 
+#include <memory>
 #include <vector>
 
 class MenuClient;
-struct MenuItem;
 
 /*! \brief The menu of a tray item, or of any program that exports one, as a list model.
 
@@ -117,7 +121,17 @@ Q_SIGNALS:
     void activationRequested();
 
 private:
-    struct Row;
+    friend class RowWalk<TrayMenu>;
+    using Wanted = std::vector<MenuItem>;
+
+    struct Row
+    {
+        int id = 0;
+        QVariantMap properties;
+        QPointer<TrayMenu> submenu;
+        std::unique_ptr<TrayPicture> picture = std::make_unique<TrayPicture>();
+        QString pictureSource;
+    };
 
     TrayMenu(int id, TrayMenu *parent);
 
@@ -128,13 +142,16 @@ private:
     void _updateLoading();
     QString _themePath() const;
     void _setItems(const std::vector<MenuItem> &items);
-    void _removeAllBut(const QSet<int> &ids);
-    void _insert(int row, const MenuItem *first, const MenuItem *end);
-    void _moveHere(int to, int id);
+    static int _keyOf(const Row &row) { return row.id; }
+    static int _keyOf(const MenuItem &item) { return item.id; }
+    Row _makeRow(const MenuItem &item);
+    void _rowsRemoved(std::vector<Row> rows);
+    template<typename IsCurrent>
+    void _updateRows(const Wanted &wanted, const IsCurrent &isCurrent);
     void _setProperties(const QHash<int, QVariantMap> &updates);
     void _change(int row, const QVariantMap &properties, bool hasItems);
-    void _assign(Row *row, const QVariantMap &properties, bool hasItems);
-    void _removeSubmenu(Row *row);
+    QPointer<TrayMenu> _assign(Row *row, const QVariantMap &properties, bool hasItems);
+    static void _removeSubmenu(const QPointer<TrayMenu> &submenu);
 
     TrayMenu *const _root;
     const int _id = 0;
@@ -143,6 +160,7 @@ private:
     QTimer _connecting;
     MenuClient *_client = nullptr;
     std::vector<Row> _rows;
+    RowWalk<TrayMenu> _walk { this };
     bool _isOpen = false;
     bool _opening = false;
     bool _loading = false;

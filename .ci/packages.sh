@@ -19,6 +19,7 @@ packages='
     git
     libbenchmark-dev
     libclang-rt-14-dev
+    libdbus-1-dev
     libglib2.0-bin
     libglib2.0-dev
     libnotify-bin

@@ -3,6 +3,9 @@
 #include "iconsource.h"
 #include "imagestore.h"
 #include "notificationimage.h"
+#include "styledbody.h"
+
+#include <QUrl>
 
 #include <gio/gdesktopappinfo.h>
 
@@ -10,7 +13,9 @@ namespace {
 
 constexpr int longestText = 1024;
 constexpr int longestBody = 16 * 1024;
+constexpr int longestAction = 100;
 constexpr int mostActions = 32;
+constexpr int longestKeys = mostActions * longestAction;
 
 QString shortened(const QString &text, int length = longestText)
 {
@@ -57,19 +62,26 @@ int progressOf(const QVariantMap &hints)
     return value >= 0 ? int(qMin(value, 100.0)) : -1;
 }
 
-QString firstText(const QStringList &texts)
+QStringList texts(const QVariantMap &hints, const QStringList &keys)
 {
-    for (const QString &text : texts) {
-        if (!text.isEmpty())
-            return text;
-    }
-    return {};
+    QStringList texts;
+    for (const QString &key : keys)
+        texts += text(hints, key);
+    return texts;
+}
+
+// What stands for a file of this machine; empty for the name of an icon.
+QString localFile(const QString &icon)
+{
+    const bool isUrl = icon.startsWith(QLatin1String("file:"));
+    const QString path = isUrl ? QUrl(icon).toLocalFile() : icon;
+    return path.startsWith(QLatin1Char('/')) ? path : QString();
 }
 
 QImage firstImage(const QVariantMap &hints, const QStringList &keys)
 {
     for (const QString &key : keys) {
-        const QImage image = notificationImage(hints.value(key));
+        const QImage image = notificationImage(hints.value(key).value<QImage>());
         if (!image.isNull())
             return image;
     }
@@ -116,16 +128,33 @@ QString desktopIcon(const QString &desktopEntry)
 void NotificationPost::shorten()
 {
     for (QString *text : { &appName, &appIcon, &summary })
-        *text = shortened(*text);
-    body = shortened(body, longestBody);
-    actions = actions.mid(0, 2 * mostActions);
-    for (QString &text : actions)
-        text = shortened(text);
+        *text = withoutPiledMarks(shortened(*text));
+    body = withoutPiledMarks(shortened(body, longestBody));
+
+    // A key is sent back as it came, or not at all.
+    QStringList kept;
+    int keys = 0;
+    for (int i = 0; i + 1 < qMin(actions.size(), 2 * mostActions); i += 2) {
+        keys += actions.at(i).size();
+        if (keys > longestKeys)
+            break;
+        kept << actions.at(i) << withoutPiledMarks(shortened(actions.at(i + 1), longestAction));
+    }
+    actions = kept;
+}
+
+QString NotificationPost::stackTag() const
+{
+    const QStringList tags = texts(hints, { QStringLiteral("x-canonical-private-synchronous"),
+                                            QStringLiteral("x-dunst-stack-tag") });
+    return tags.first().isEmpty() ? tags.last() : tags.first();
 }
 
 Notification::Notification(const NotificationPost &post)
     : id(post.id)
     , replacesId(post.replacesId)
+    , sender(post.sender)
+    , stackTag(post.stackTag())
     , appName(post.appName)
     , summary(post.summary)
     , body(post.body)
@@ -134,32 +163,69 @@ Notification::Notification(const NotificationPost &post)
     , desktopEntry(desktopEntryOf(post.hints))
     , urgency(urgencyOf(post.hints))
     , progress(progressOf(post.hints))
-    , transient(number(post.hints, QStringLiteral("transient"), 0) != 0)
+    , isTransient(number(post.hints, QStringLiteral("transient"), 0) != 0)
     , resident(number(post.hints, QStringLiteral("resident"), 0) != 0)
     , time(QDateTime::currentDateTime())
-    , _icon(firstText({ text(post.hints, QStringLiteral("image-path")),
-                        text(post.hints, QStringLiteral("image_path")), post.appIcon }))
+    , _icons(texts(post.hints, { QStringLiteral("image-path"), QStringLiteral("image_path") }))
 {
+    _icons += post.appIcon;
+    _icons.removeAll(QString());
     // The standard's order, in which the oldest hint comes after the icons.
     QImage image = firstImage(post.hints,
                               { QStringLiteral("image-data"), QStringLiteral("image_data") });
-    if (image.isNull() && _icon.isEmpty())
+    if (image.isNull() && _icons.isEmpty())
         image = firstImage(post.hints, { QStringLiteral("icon_data") });
-    _picture = stored(image);
+    _show(image);
 }
 
 QString Notification::iconSource() const
 {
     if (_picture)
         return *_picture;
-    return ::iconSource(_icon.isEmpty() ? desktopIcon(desktopEntry) : _icon);
+    const auto name = std::find_if(_icons.begin(), _icons.end(),
+                                   [](const QString &icon) { return localFile(icon).isEmpty(); });
+    return ::iconSource(name == _icons.end() ? desktopIcon(desktopEntry) : *name);
+}
+
+QString Notification::styledBody() const
+{
+    if (_styledBody.isEmpty())
+        _styledBody = ::styledBody(body);
+    return _styledBody;
+}
+
+QString Notification::pictureFile() const
+{
+    return _picture || _icons.isEmpty() ? QString() : localFile(_icons.first());
+}
+
+void Notification::setPicture(const QImage &image)
+{
+    _icons.removeFirst();
+    _show(image);
+}
+
+void Notification::dropPicture()
+{
+    _show(QImage());
+    while (!pictureFile().isEmpty())
+        _icons.removeFirst();
+}
+
+void Notification::_show(const QImage &image)
+{
+    _picture = stored(image);
+    _pictureSize = image.sizeInBytes();
 }
 
 QVariantList Notification::buttons() const
 {
     QVariantList buttons;
     for (int i = 0; i + 1 < actions.size(); i += 2) {
-        if (actions.at(i) != QLatin1String("default") && !actions.at(i + 1).isEmpty()) {
+        // The text of an answer would be lost.
+        const bool isButton = actions.at(i) != QLatin1String("default")
+                              && actions.at(i) != QLatin1String("inline-reply");
+        if (isButton && !actions.at(i + 1).isEmpty()) {
             buttons += QVariantMap { { QStringLiteral("key"), actions.at(i) },
                                      { QStringLiteral("text"), actions.at(i + 1) } };
         }

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QDeadlineTimer>
+#include <QImage>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -19,9 +20,12 @@ struct NotificationPost
     QVariantMap hints;
     int timeout = -1;
     uint id = 0;
+    QString sender; // Unique name on the bus; empty for a post of this process.
 
     // Cuts what is longer than any shell shows, so that nobody fills the memory.
     void shorten();
+    // What a program calls the one notification that it shows anew each time; mostly empty.
+    QString stackTag() const;
 };
 
 // One pending notification: what its post says, read and made safe once.
@@ -31,6 +35,13 @@ struct Notification
 
     // The picture that came with it, else an icon, else that of the desktop entry. A URL, or empty.
     QString iconSource() const;
+    QString styledBody() const;
+    // The picture's file that is still to be read, by setPicture(); empty without one.
+    QString pictureFile() const;
+    // What was read of pictureFile(); null if it is no picture.
+    void setPicture(const QImage &image);
+    void dropPicture();
+    qint64 pictureSize() const { return _pictureSize; }
     // {key, text} of those that make buttons.
     QVariantList buttons() const;
     bool offers(const QString &key) const;
@@ -38,6 +49,8 @@ struct Notification
 
     uint id;
     uint replacesId; // As the sender said; may be a number of its own invention.
+    QString sender;
+    QString stackTag;
     QString appName;
     QString summary;
     QString body;
@@ -46,12 +59,16 @@ struct Notification
     QString desktopEntry;
     int urgency;  // 0 low, 1 normal, 2 critical.
     int progress; // 0 to 100, -1 for none.
-    bool transient;
+    bool isTransient;
     bool resident;
     QDateTime time;
     QDeadlineTimer deadline = QDeadlineTimer::Forever;
 
 private:
-    QString _icon;
+    void _show(const QImage &image);
+
+    QStringList _icons;                      // Names and files, the first that is one counts.
     std::shared_ptr<const QString> _picture; // Its URL; in the store as long as this lives.
+    qint64 _pictureSize = 0;                 // In bytes.
+    mutable QString _styledBody;             // Once it has been asked for.
 };

@@ -1,7 +1,5 @@
 #include "notificationimage.h"
 
-#include <QDBusArgument>
-
 #include <algorithm>
 
 namespace {
@@ -9,25 +7,10 @@ namespace {
 constexpr int longestSide = 320;
 constexpr qint64 mostBytes = 40LL * 1024 * 1024;
 
-// Within what a notification shows. The first, rough step keeps large pictures cheap.
-QImage scaled(const QImage &image)
-{
-    const auto atMost = [](const QImage &large, int side, Qt::TransformationMode mode) {
-        const bool fits = qMax(large.width(), large.height()) <= side;
-        const QSize size = large.size().scaled(side, side, Qt::KeepAspectRatio);
-        return fits ? large : large.scaled(size.expandedTo({ 1, 1 }), Qt::IgnoreAspectRatio, mode);
-    };
-    return atMost(atMost(image, 2 * longestSide, Qt::FastTransformation), longestSide,
-                  Qt::SmoothTransformation);
-}
-
 } // namespace
 
-QImage notificationImage(const QVariant &hint)
+QImage notificationImage(const QDBusArgument &argument)
 {
-    if (hint.userType() != qMetaTypeId<QDBusArgument>())
-        return {};
-    const auto argument = hint.value<QDBusArgument>();
     if (argument.currentSignature() != QLatin1String("(iiibiiay)"))
         return {};
 
@@ -54,5 +37,17 @@ QImage notificationImage(const QVariant &hint)
     QImage image(width, height, alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
     for (int y = 0; y < image.height(); ++y)
         std::copy_n(pixels.constData() + qint64(rowstride) * y, row, image.scanLine(y));
-    return scaled(image);
+    return notificationImage(image);
+}
+
+// The first, rough step keeps large pictures cheap.
+QImage notificationImage(const QImage &image)
+{
+    const auto atMost = [](const QImage &large, int side, Qt::TransformationMode mode) {
+        const bool fits = qMax(large.width(), large.height()) <= side;
+        const QSize size = large.size().scaled(side, side, Qt::KeepAspectRatio);
+        return fits ? large : large.scaled(size.expandedTo({ 1, 1 }), Qt::IgnoreAspectRatio, mode);
+    };
+    return atMost(atMost(image, 2 * longestSide, Qt::FastTransformation), longestSide,
+                  Qt::SmoothTransformation);
 }

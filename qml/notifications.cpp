@@ -1,70 +1,41 @@
 #include "notifications.h"
 
-#include "busservice.h"
-#include "notificationservice.h"
-#include "pendingnotifications.h"
-#include "styledbody.h"
+#include "notificationlist.h"
 
-#include <QRandomGenerator>
+#include <QPointer>
 
 #include <algorithm>
-#include <vector>
 
-namespace {
-
-template<typename Pending>
-auto findId(Pending &pending, uint id)
-{
-    return std::find_if(pending.begin(), pending.end(),
-                        [id](const auto &one) { return one.id == id; });
-}
-
-// The id of what a post replaces, 0 for none. The number in a post is an id, or else one that a
-// program thought of and has used before.
-template<typename Pending>
-uint replacedId(const Pending &pending, const NotificationPost &post)
-{
-    const auto found = std::find_if(pending.begin(), pending.end(), [&post](const auto &one) {
-        return one.id == post.replacesId
-               || (one.replacesId == post.replacesId && one.appName == post.appName);
-    });
-    return found == pending.end() ? 0 : found->id;
-}
-
-} // namespace
-
-// Ids begin anywhere, so that a number which a program kept from an earlier service, or thought of
-// itself, is nobody else's.
 Notifications::Notifications(QObject *parent)
     : QAbstractListModel(parent)
-    , _lastId(QRandomGenerator::global()->bounded(1U << 30))
-    , _capabilities({ QStringLiteral("actions"), QStringLiteral("body"),
-                      QStringLiteral("body-hyperlinks"), QStringLiteral("body-markup"),
-                      QStringLiteral("icon-static"), QStringLiteral("persistence") })
-    , _server(new NotificationService(this))
-    , _bus(new BusService(QStringLiteral("org.freedesktop.Notifications"), _server, this))
+    , _list(NotificationList::shared())
+    , _rows(_list->rows())
 {
-    _timer.setSingleShot(true);
-    _timer.setTimerType(Qt::PreciseTimer);
-    connect(&_timer, &QTimer::timeout, this, &Notifications::_expire);
-    connect(_bus, &BusService::changed, this, &Notifications::registeredChanged);
-    connect(_bus, &BusService::changed, this, &Notifications::ownerChanged);
-    new BusService(QStringLiteral("com.zovar.NotificationManager"), new PendingNotifications(this),
-                   this);
+    const NotificationList *list = _list.data();
+    connect(list, &NotificationList::rowsChanged, this, &Notifications::_follow);
+    connect(list, &NotificationList::posted, this, &Notifications::posted);
+    connect(list, &NotificationList::replaced, this, &Notifications::replaced);
+    connect(list, &NotificationList::closed, this, &Notifications::closed);
+    connect(list, &NotificationList::registrationChanged, this, &Notifications::registeredChanged);
+    connect(list, &NotificationList::registrationChanged, this, &Notifications::ownerChanged);
+    connect(list, &NotificationList::defaultTimeoutChanged, this,
+            &Notifications::defaultTimeoutChanged);
+    connect(list, &NotificationList::limitChanged, this, &Notifications::limitChanged);
+    connect(list, &NotificationList::capabilitiesChanged, this, &Notifications::capabilitiesChanged);
 }
 
 Notifications::~Notifications() = default;
 
 int Notifications::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : int(_rows.size());
+    return parent.isValid() ? 0 : _rows.size();
 }
 
 QVariant Notifications::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const Notification &notification = _rows[index.row()];
+    const Notification &notification = *_rows.at(index.row());
     switch (role) {
     case IdRole:
         return notification.id;
@@ -75,7 +46,7 @@ QVariant Notifications::data(const QModelIndex &index, int role) const
     case BodyRole:
         return notification.body;
     case StyledBodyRole:
-        return styledBody(notification.body);
+        return notification.styledBody();
     case IconSourceRole:
         return notification.iconSource();
     case UrgencyRole:
@@ -86,8 +57,8 @@ QVariant Notifications::data(const QModelIndex &index, int role) const
         return notification.category;
     case DesktopEntryRole:
         return notification.desktopEntry;
-    case TransientRole:
-        return notification.transient;
+    case IsTransientRole:
+        return notification.isTransient;
     case ResidentRole:
         return notification.resident;
     case ActionsRole:
@@ -113,7 +84,7 @@ QHash<int, QByteArray> Notifications::roleNames() const
              { ProgressRole, "progress" },
              { CategoryRole, "category" },
              { DesktopEntryRole, "desktopEntry" },
-             { TransientRole, "transient" },
+             { IsTransientRole, "isTransient" },
              { ResidentRole, "resident" },
              { ActionsRole, "actions" },
              { HasDefaultRole, "hasDefault" },
@@ -122,101 +93,62 @@ QHash<int, QByteArray> Notifications::roleNames() const
 
 bool Notifications::isRegistered() const
 {
-    return _bus->isRegistered();
+    return _list->isRegistered();
 }
 
 QVariantMap Notifications::owner() const
 {
-    return _bus->owner();
+    return _list->owner();
 }
 
 int Notifications::defaultTimeout() const
 {
-    return _defaultTimeout;
+    return _list->defaultTimeout();
 }
 
 void Notifications::setDefaultTimeout(int milliseconds)
 {
-    if (milliseconds == _defaultTimeout)
-        return;
-    _defaultTimeout = milliseconds;
-    Q_EMIT defaultTimeoutChanged();
+    _list->setDefaultTimeout(milliseconds);
 }
 
 int Notifications::limit() const
 {
-    return _limit;
+    return _list->limit();
 }
 
 void Notifications::setLimit(int limit)
 {
-    limit = qMax(1, limit);
-    if (limit == _limit)
-        return;
-    _limit = limit;
-    _show();
-    _closeSurplus();
-    Q_EMIT limitChanged();
+    _list->setLimit(limit);
 }
 
 QStringList Notifications::capabilities() const
 {
-    return _capabilities;
+    return _list->capabilities();
 }
 
 void Notifications::setCapabilities(const QStringList &capabilities)
 {
-    if (capabilities == _capabilities)
-        return;
-    _capabilities = capabilities;
-    Q_EMIT capabilitiesChanged();
+    _list->setCapabilities(capabilities);
 }
 
-uint Notifications::post(NotificationPost post)
+uint Notifications::post(const NotificationPost &post)
 {
-    post.shorten();
-    const uint id = post.id = _idFor(post);
-    const auto waiting = findId(_waiting, id);
-    if (waiting != _waiting.end()) {
-        *waiting = std::move(post);
-        return id;
-    }
-    if (_waiting.empty())
-        QMetaObject::invokeMethod(this, &Notifications::_show, Qt::QueuedConnection);
-    _waiting.push_back(std::move(post));
-    if (int(_waiting.size()) > _limit)
-        close(_waiting.front().id, Undefined);
-    return id;
+    return _list->post(post);
 }
 
 void Notifications::close(uint id, uint reason)
 {
-    const auto waiting = findId(_waiting, id);
-    const bool waited = waiting != _waiting.end();
-    if (waited)
-        _waiting.erase(waiting);
-    const int row = indexOf(id);
-    if (row >= 0)
-        _remove(row, row, reason);
-    else if (waited)
-        _server->sendNotificationClosed(id, reason);
+    _list->close(id, reason);
 }
 
 QList<uint> Notifications::pending()
 {
-    _show();
-    QList<uint> ids;
-    for (const Notification &notification : _rows)
-        ids += notification.id;
-    std::sort(ids.begin(), ids.end());
-    return ids;
+    return _list->pending();
 }
 
 QStringList Notifications::actionsOf(uint id)
 {
-    _show();
-    const auto found = findId(_rows, id);
-    return found == _rows.end() ? QStringList() : found->actions;
+    return _list->actionsOf(id);
 }
 
 QVariantMap Notifications::get(int row) const
@@ -232,158 +164,99 @@ QVariantMap Notifications::get(int row) const
 
 int Notifications::indexOf(uint id) const
 {
-    const auto found = findId(_rows, id);
+    const auto found = std::find_if(_rows.begin(), _rows.end(), [id](const auto &notification) {
+        return notification->id == id;
+    });
     return found == _rows.end() ? -1 : int(found - _rows.begin());
 }
 
 void Notifications::dismiss(uint id)
 {
-    close(id, Dismissed);
+    _list->close(id, Dismissed);
 }
 
 void Notifications::invoke(uint id, const QString &key)
 {
-    _show();
-    const auto found = findId(_rows, id);
-    if (found == _rows.end() || !found->offers(key))
-        return;
-    const bool stays = found->resident;
-    _server->sendActionInvoked(id, key);
-    if (!stays)
-        dismiss(id);
+    _list->invoke(id, key);
 }
 
 void Notifications::clear()
 {
-    _show();
-    _remove(0, rowCount() - 1, Dismissed);
+    _list->clear();
 }
 
-uint Notifications::_idFor(const NotificationPost &post)
+// Whoever is told of a step may delete this object, or bring about further changes: those are
+// followed after these.
+void Notifications::_follow()
 {
-    if (post.replacesId != 0) {
-        const uint waiting = replacedId(_waiting, post);
-        const uint id = waiting != 0 ? waiting : replacedId(_rows, post);
-        if (id != 0)
-            return id;
+    _behind = true;
+    if (_following)
+        return;
+    _following = true;
+    const QPointer<Notifications> alive(this);
+    while (alive && _behind) {
+        _behind = false;
+        const int count = rowCount();
+        const auto wanted = _list->rows();
+        _removeGone(wanted);
+        if (alive)
+            _insertNew(wanted);
+        if (alive)
+            _change(wanted);
+        if (alive && rowCount() != count)
+            Q_EMIT countChanged();
     }
-    do
-        ++_lastId;
-    while (_lastId == 0 || indexOf(_lastId) >= 0 || findId(_waiting, _lastId) != _waiting.end());
-    return _lastId;
+    if (alive)
+        _following = false;
 }
 
-Notification Notifications::_read(const NotificationPost &post) const
+// Rows never change their order and new ones are in front, so both are walked from the end.
+void Notifications::_removeGone(const Rows &wanted)
 {
-    Notification notification(post);
-    const int timeout = post.timeout < 0 ? _defaultTimeout : post.timeout;
-    if (timeout > 0 && !notification.isCritical())
-        notification.deadline = QDeadlineTimer(timeout, Qt::PreciseTimer);
-    return notification;
-}
-
-// Puts what waits into the list: all that is new at once, then what replaces.
-void Notifications::_show()
-{
-    const auto isShown = [this](const NotificationPost &post) { return indexOf(post.id) >= 0; };
-    const auto firstNew = std::stable_partition(_waiting.begin(), _waiting.end(), isShown);
-    std::deque<Notification> fresh;
-    std::for_each(firstNew, _waiting.end(),
-                  [&](const NotificationPost &post) { fresh.push_front(_read(post)); });
-    _waiting.erase(firstNew, _waiting.end());
-    if (!fresh.empty())
-        _insert(std::move(fresh));
-
-    // Whoever hears of one may close another.
-    while (!_waiting.empty()) {
-        const NotificationPost post = std::move(_waiting.front());
-        _waiting.pop_front();
-        _replace(indexOf(post.id), _read(post));
+    const QPointer<Notifications> alive(this);
+    int kept = wanted.size();
+    const auto isKept = [this, &wanted, &kept](int row) {
+        return kept > 0 && wanted.at(kept - 1)->id == _rows.at(row)->id;
+    };
+    for (int row = rowCount() - 1; alive && row >= 0; --row) {
+        if (isKept(row)) {
+            --kept;
+            continue;
+        }
+        const int last = row;
+        while (row > 0 && !isKept(row - 1))
+            --row;
+        beginRemoveRows(QModelIndex(), row, last);
+        _rows.remove(row, last - row + 1);
+        endRemoveRows();
     }
-    _startTimer();
 }
 
-void Notifications::_insert(std::deque<Notification> fresh)
+void Notifications::_insertNew(const Rows &wanted)
 {
-    std::vector<uint> ids;
-    std::for_each(fresh.rbegin(), fresh.rend(),
-                  [&](const Notification &notification) { ids.push_back(notification.id); });
-
-    beginInsertRows(QModelIndex(), 0, int(fresh.size()) - 1);
-    _rows.insert(_rows.begin(), std::make_move_iterator(fresh.begin()),
-                 std::make_move_iterator(fresh.end()));
+    const int added = wanted.size() - rowCount();
+    if (added == 0)
+        return;
+    beginInsertRows(QModelIndex(), 0, added - 1);
+    _rows = wanted.mid(0, added) + _rows;
     endInsertRows();
-    Q_EMIT countChanged();
-    _closeSurplus();
-    for (const uint id : ids)
-        Q_EMIT posted(id);
 }
 
-void Notifications::_replace(int row, Notification notification)
+void Notifications::_change(const Rows &wanted)
 {
-    if (row < 0)
-        return;
-    const uint id = notification.id;
-    const QModelIndex at = index(row);
-    const QVariantMap before = get(row);
-    _rows[row] = std::move(notification);
-
-    QVector<int> roles;
+    const QPointer<Notifications> alive(this);
     const auto names = roleNames();
-    for (auto role = names.begin(); role != names.end(); ++role) {
-        if (data(at, role.key()) != before.value(QString::fromLatin1(*role)))
-            roles += role.key();
+    for (int row = 0; alive && row < wanted.size(); ++row) {
+        if (_rows.at(row) == wanted.at(row))
+            continue;
+        const QVariantMap before = get(row);
+        _rows[row] = wanted.at(row);
+        const QModelIndex at = index(row);
+        QVector<int> roles;
+        for (auto role = names.begin(); role != names.end(); ++role) {
+            if (data(at, role.key()) != before.value(QString::fromLatin1(*role)))
+                roles += role.key();
+        }
+        Q_EMIT dataChanged(at, at, roles);
     }
-    Q_EMIT dataChanged(at, at, roles);
-    Q_EMIT replaced(id);
-}
-
-void Notifications::_remove(int first, int last, uint reason)
-{
-    if (first > last)
-        return;
-    std::vector<uint> ids;
-    const auto begin = _rows.begin() + first;
-    const auto end = _rows.begin() + last + 1;
-    std::for_each(begin, end,
-                  [&](const Notification &notification) { ids.push_back(notification.id); });
-
-    beginRemoveRows(QModelIndex(), first, last);
-    _rows.erase(begin, end);
-    endRemoveRows();
-    Q_EMIT countChanged();
-    for (const uint id : ids) {
-        Q_EMIT closed(id, reason);
-        _server->sendNotificationClosed(id, reason);
-    }
-}
-
-void Notifications::_closeSurplus()
-{
-    _remove(_limit, rowCount() - 1, Undefined);
-}
-
-void Notifications::_expire()
-{
-    _show(); // What waits may bring another time-out.
-    std::vector<uint> ids;
-    for (const Notification &notification : _rows) {
-        if (notification.deadline.hasExpired())
-            ids.push_back(notification.id);
-    }
-    for (const uint id : ids)
-        close(id, Expired);
-    _startTimer();
-}
-
-// One timer for all: it runs out at the next deadline.
-void Notifications::_startTimer()
-{
-    QDeadlineTimer next = QDeadlineTimer::Forever;
-    for (const Notification &notification : _rows)
-        next = qMin(next, notification.deadline);
-    if (next.isForever())
-        _timer.stop();
-    else
-        _timer.start(int(next.remainingTime()));
 }

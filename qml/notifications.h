@@ -3,20 +3,19 @@
 #include "notification.h"
 
 #include <QAbstractListModel>
-#include <QTimer>
+#include <QSharedPointer>
+#include <QVector>
 
-#include <deque>
-
-class BusService;
-class NotificationService;
+class NotificationList;
 
 // The notification service of a session for a shell, after the Desktop Notifications Specification
 // 1.2, and the list of what is pending, newest first.
 //
 // Constructing one is all that is needed: it asks for "org.freedesktop.Notifications", for any
 // program that posts, and "com.zovar.NotificationManager", for programs that answer, without waiting
-// for either. What another process has is taken over when that one leaves. A second object in one
-// process takes over from the first in the same way.
+// for either. What another process has is taken over when that one leaves. All objects of a process
+// show the same notifications of one service, which ends with the last of them; what is set on one is
+// set on all.
 //
 // | Role | Value |
 // |------|-------|
@@ -30,7 +29,7 @@ class NotificationService;
 // | progress | 0 to 100 (hint "value"), -1 without |
 // | category | such as "email.arrived" |
 // | desktopEntry | id of the program's desktop entry, without ".desktop" |
-// | transient | whether it is for the moment only, not for a list that is kept |
+// | isTransient | whether it is for the moment only, not for a list that is kept |
 // | resident | whether it stays when an action is chosen |
 // | actions | list of {key, text}, without "default" and without empty texts |
 // | hasDefault | whether a click on the notification itself means invoke(id, "default") |
@@ -39,10 +38,19 @@ class NotificationService;
 // A post is answered at once and is in the list at the next turn of the event loop, with all that
 // came in the meantime: a thousand at a time are one insertion. One that replaces keeps id and row,
 // and its time-out is the new one. A replaces_id that isn't pending gets an id of its own; if the
-// same program uses that number again, which scripts do, it means the same notification.
+// same program uses that number again, which scripts do, it means the same notification. So does a
+// post with the hint "x-canonical-private-synchronous" or "x-dunst-stack-tag" that one of the same
+// program has.
 //
-// Of what is sent the first 1,024 characters of a text are kept, 16,384 of a body, 32 actions, and
-// pictures of at most 320 pixels a side (see notificationImage()).
+// Of what is sent the first 1,024 characters of a text are kept, 16,384 of a body, 8 combining marks
+// on a letter, 32 actions with 100 characters each (those whose keys are longer together are left
+// out), and pictures of at most 320 pixels a side. All pictures together have 32 MB; beyond it the
+// oldest lose theirs. A picture's file is read once, when the post comes and in a thread:
+// "iconSource" follows. What becomes of a notification is told to the program that posted it alone.
+//
+// Slots may do anything, such as post, close or delete this object. A change from inside a signal is
+// in the list at once, except from inside those of a model, where it comes after them. posted(),
+// replaced() and closed() come one after another, and the first two not for what is closed by then.
 class Notifications : public QAbstractListModel
 {
     Q_OBJECT
@@ -76,7 +84,7 @@ public:
         ProgressRole,
         CategoryRole,
         DesktopEntryRole,
-        TransientRole,
+        IsTransientRole,
         ResidentRole,
         ActionsRole,
         HasDefaultRole,
@@ -104,7 +112,7 @@ public:
     void setCapabilities(const QStringList &capabilities);
 
     // What a call of Notify does; the id of the post is not read. Returns the id.
-    uint post(NotificationPost post);
+    uint post(const NotificationPost &post);
     // Takes notification id out, for one of the protocol's reasons or any other number. Programs are
     // told on the bus. Nothing happens for an id that isn't pending.
     void close(uint id, uint reason);
@@ -141,23 +149,15 @@ Q_SIGNALS:
     void closed(uint id, uint reason);
 
 private:
-    uint _idFor(const NotificationPost &post);
-    Notification _read(const NotificationPost &post) const;
-    void _show();
-    void _insert(std::deque<Notification> fresh);
-    void _replace(int row, Notification notification);
-    void _remove(int first, int last, uint reason);
-    void _closeSurplus();
-    void _expire();
-    void _startTimer();
+    using Rows = QVector<std::shared_ptr<const Notification>>;
 
-    std::deque<Notification> _rows;
-    std::deque<NotificationPost> _waiting; // Answered and not in the list yet.
-    uint _lastId;
-    int _defaultTimeout = 0;
-    int _limit = 1000;
-    QStringList _capabilities;
-    QTimer _timer;
-    NotificationService *_server;
-    BusService *_bus;
+    void _follow();
+    void _removeGone(const Rows &wanted);
+    void _insertNew(const Rows &wanted);
+    void _change(const Rows &wanted);
+
+    const QSharedPointer<NotificationList> _list;
+    Rows _rows; // As was announced.
+    bool _following = false;
+    bool _behind = false;
 };

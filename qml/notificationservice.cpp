@@ -1,24 +1,53 @@
 #include "notificationservice.h"
 
-#include "notifications.h"
+#include "notificationlist.h"
 
-#include <quorvane/notifications/notificationsadaptor.h>
 #include <quorvane/quorvane_version.h>
 
+#include <QDBusConnection>
+#include <QDBusMetaType>
 #include <QGuiApplication>
 
-NotificationService::NotificationService(Notifications *notifications)
-    : XdgNotificationServer(notifications)
-    , _notifications(notifications)
+namespace {
+
+void tell(const QString &program, const QString &signal, const QVariantList &arguments)
 {
-    new NotificationsAdaptor(this);
-    connect(this, &XdgNotificationServer::closeNotification, notifications,
-            [notifications](uint id) { notifications->close(id, Notifications::Closed); });
+    if (program.isEmpty())
+        return;
+    QDBusMessage message = QDBusMessage::createTargetedSignal(
+            program, QStringLiteral("/org/freedesktop/Notifications"), NotificationService::name(),
+            signal);
+    message.setArguments(arguments);
+    QDBusConnection::sessionBus().send(message);
+}
+
+} // namespace
+
+QString NotificationService::name()
+{
+    return QStringLiteral("org.freedesktop.Notifications");
+}
+
+NotificationService::NotificationService(NotificationList *list, QObject *server)
+    : QDBusAbstractAdaptor(server)
+    , _list(list)
+{
+    qDBusRegisterMetaType<NotificationHints>();
+}
+
+void NotificationService::tellClosed(const QString &program, uint id, uint reason) const
+{
+    tell(program, QStringLiteral("NotificationClosed"), { id, reason });
+}
+
+void NotificationService::tellInvoked(const QString &program, uint id, const QString &key) const
+{
+    tell(program, QStringLiteral("ActionInvoked"), { id, key });
 }
 
 QStringList NotificationService::GetCapabilities()
 {
-    return _notifications->capabilities();
+    return _list->capabilities();
 }
 
 QString NotificationService::GetServerInformation(QString &vendor, QString &version,
@@ -35,8 +64,14 @@ QString NotificationService::GetServerInformation(QString &vendor, QString &vers
 
 uint NotificationService::Notify(const QString &app_name, uint replaces_id, const QString &app_icon,
                                  const QString &summary, const QString &body,
-                                 const QStringList &actions, const QVariantMap &hints, int timeout)
+                                 const QStringList &actions, const NotificationHints &hints,
+                                 int timeout, const QDBusMessage &message)
 {
-    return _notifications->post(
-            { app_name, replaces_id, app_icon, summary, body, actions, hints, timeout });
+    return _list->post({ app_name, replaces_id, app_icon, summary, body, actions, hints.values,
+                         timeout, 0, message.service() });
+}
+
+void NotificationService::CloseNotification(uint id, const QDBusMessage &message)
+{
+    _list->closeFor(message.service(), id);
 }

@@ -1,36 +1,36 @@
 #include "pendingnotifications.h"
 
-#include "notifications.h"
+#include "notificationlist.h"
 #include "pendingnotificationsadaptor.h"
 
-PendingNotifications::PendingNotifications(Notifications *notifications)
-    : QObject(notifications)
-    , _notifications(notifications)
+PendingNotifications::PendingNotifications(NotificationList *list)
+    : QObject(list)
+    , _list(list)
 {
     new PendingNotificationsAdaptor(this);
 }
 
 int PendingNotifications::nbNotifications()
 {
-    return _notifications->pending().size();
+    return _list->pending().size();
 }
 
 void PendingNotifications::close(uint id, uint reason)
 {
-    _notifications->close(id, reason);
+    _list->close(id, reason);
 }
 
 void PendingNotifications::returnAction(uint appid, const QString &key)
 {
-    _notifications->invoke(appid, key);
+    _list->invoke(appid, key);
 }
 
 QList<uint> PendingNotifications::listPending()
 {
-    return _notifications->pending();
+    return _list->pending();
 }
 
 QStringList PendingNotifications::listAction(uint id)
 {
-    return _notifications->actionsOf(id);
+    return _list->actionsOf(id);
 }

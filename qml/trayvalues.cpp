@@ -1,5 +1,6 @@
 #include "trayvalues.h"
 
+#include "styledbody.h"
 #include "trayaddress.h"
 #include "traypicture.h"
 
@@ -8,7 +9,6 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QTextDocument>
-#include <QTextDocumentFragment>
 #include <QVariantMap>
 
 namespace {
@@ -62,7 +62,7 @@ QString readToolTip(const QVariant &value)
     QString body = text(argument.asVariant());
     argument.endStructure();
     if (Qt::mightBeRichText(body))
-        body = QTextDocumentFragment::fromHtml(body).toPlainText();
+        body = plainText(body);
     return title.isEmpty() || body.isEmpty() ? title + body : title + QLatin1Char('\n') + body;
 }
 

@@ -49,7 +49,7 @@ struct Centre : Notifications
     }
     uint add(const QString &text, int timeout = 0, uint replaces = 0, const QVariantMap &hints = {})
     {
-        return post({ "Test", replaces, {}, text, text, { "a", "A" }, hints, timeout });
+        return post({ "Test", replaces, {}, text, text, { "a", "A" }, hints, timeout, 0, {} });
     }
     QAbstractItemModelTester tester { this, QAbstractItemModelTester::FailureReportingMode::Fatal };
 };

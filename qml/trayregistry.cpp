@@ -1,6 +1,7 @@
 #include "trayregistry.h"
 
 #include "asynccall.h"
+#include "busreader.h"
 #include "patientcall.h"
 #include "traywatcher.h"
 
@@ -61,6 +62,7 @@ TrayRegistry::TrayRegistry(QObject *parent)
     : QObject(parent)
     , _hostName(newHostName())
 {
+    keepReadingSessionBus();
     connect(&_items, &TrayItems::added, this, &TrayRegistry::_tell);
     connect(&_items, &TrayItems::removed, this, &TrayRegistry::_tellOfRemoval);
     connect(&_names, &BusNames::ownerKnown, this,

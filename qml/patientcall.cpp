@@ -2,19 +2,18 @@
 
 #include "asynccall.h"
 
-#include <chrono>
 #include <utility>
 
-using namespace std::chrono_literals;
-
 PatientCall::PatientCall(const QString &service, const QString &path, const QString &interface,
-                         const QString &method, const QVariantList &arguments, QObject *parent)
+                         const QString &method, const QVariantList &arguments, QObject *parent,
+                         std::chrono::milliseconds patience)
     : QObject(parent)
     , _service(service)
     , _path(path)
     , _interface(interface)
     , _method(method)
     , _arguments(arguments)
+    , _patience(patience)
 {
     _again.setSingleShot(true);
     connect(&_again, &QTimer::timeout, this, [this] {
@@ -26,7 +25,7 @@ PatientCall::PatientCall(const QString &service, const QString &path, const QStr
 void PatientCall::ask()
 {
     delete std::exchange(_round, new QObject(this));
-    _again.setInterval(30s);
+    _again.setInterval(_patience);
     _send();
 }
 

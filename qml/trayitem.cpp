@@ -1,13 +1,11 @@
 #include "trayitem.h"
 
 #include "asynccall.h"
-#include "traymenu.h"
 #include "trayvalues.h"
 
 #include <QDBusError>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QPointer>
 
 #include <algorithm>
 #include <chrono>

@@ -3,16 +3,17 @@
 #include "patientcall.h"
 #include "trayaddress.h"
 #include "trayiconsource.h"
+#include "traymenu.h"
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QVariant>
 #include <QVector>
 
 class QDBusMessage;
 class QDBusPendingCall;
-class TrayMenu;
 struct TrayValues;
 
 // One item of the tray: its values as it told them last, and the calls to it. Nothing waits for it.
@@ -82,7 +83,7 @@ private:
     const TrayAddress _address;
     const QString _owner;
     QString _menuPath; // Empty without a menu.
-    TrayMenu *_menu = nullptr;
+    QPointer<TrayMenu> _menu;
     QHash<int, QVariant> _values;
     QVector<int> _changed;
     TrayIconSource _icon;

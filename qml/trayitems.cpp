@@ -52,8 +52,9 @@ void TrayItems::add(const TrayAddress &item, const QString &client)
     _names.follow(item.service);
     if (!client.isEmpty())
         _names.follow(client);
-    _keepWithinBounds(); // What leaves here was not there yet, or is not the newest.
-    if (!owner(item).isEmpty())
+    const QPointer<TrayItems> self(this);
+    _keepWithinBounds();
+    if (self && !owner(item).isEmpty())
         _confirm(entry);
 }
 

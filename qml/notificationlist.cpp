@@ -334,10 +334,10 @@ void NotificationList::_tell()
     while (!_events.empty()) {
         const Event event = _events.front();
         _events.pop_front();
-        if (!event.signal)
-            Q_EMIT closed(event.id, event.reason);
-        else if (_rowOf(event.id) >= 0)
+        if (event.signal)
             Q_EMIT(this->*event.signal)(event.id);
+        else
+            Q_EMIT closed(event.id, event.reason);
     }
     _telling = false;
 }

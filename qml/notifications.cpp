@@ -13,8 +13,15 @@ Notifications::Notifications(QObject *parent)
 {
     const NotificationList *list = _list.data();
     connect(list, &NotificationList::rowsChanged, this, &Notifications::_follow);
-    connect(list, &NotificationList::posted, this, &Notifications::posted);
-    connect(list, &NotificationList::replaced, this, &Notifications::replaced);
+    // Whoever was told before may have closed it.
+    connect(list, &NotificationList::posted, this, [this](uint id) {
+        if (indexOf(id) >= 0)
+            Q_EMIT posted(id);
+    });
+    connect(list, &NotificationList::replaced, this, [this](uint id) {
+        if (indexOf(id) >= 0)
+            Q_EMIT replaced(id);
+    });
     connect(list, &NotificationList::closed, this, &Notifications::closed);
     connect(list, &NotificationList::registrationChanged, this, &Notifications::registeredChanged);
     connect(list, &NotificationList::registrationChanged, this, &Notifications::ownerChanged);

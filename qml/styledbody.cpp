@@ -66,8 +66,9 @@ struct Tag
 QString entityText(const QString &name)
 {
     if (name.startsWith(QLatin1Char('#'))) {
-        const bool hexadecimal = name.mid(1, 1).toLower() == QLatin1String("x");
-        const uint code = hexadecimal ? name.mid(2).toUInt(nullptr, 16) : name.mid(1).toUInt();
+        const bool hexadecimal = name.size() > 1 && name.at(1).toLower() == QLatin1Char('x');
+        const QString digits = name.mid(hexadecimal ? 2 : 1);
+        const uint code = digits.toUInt(nullptr, hexadecimal ? 16 : 10);
         const bool character
                 = code != 0 && code <= QChar::LastValidCodePoint && !QChar::isSurrogate(code);
         return character ? QString::fromUcs4(&code, 1) : QString();
@@ -204,6 +205,7 @@ public:
                 [this](QStringView piece) { return _addTag(Tag(piece)); });
         while (!_open.isEmpty())
             _close(_open.constLast());
+        _out.squeeze(); // It is kept.
         return _out;
     }
 

@@ -1,9 +1,10 @@
 #include "fuzz.h"
 
 #include "imagestore.h"
+#include "notificationlist.h"
 #include "notifications.h"
-
-#include <quorvane/notifications/notificationserver.h>
+#include "notificationservice.h"
+#include "styledbody.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -19,13 +20,19 @@ static QString text(FuzzedDataProvider &input)
 // A hint of any type; without further input it is a picture.
 static QVariant value(FuzzedDataProvider &input)
 {
-    const int type = input.ConsumeIntegralInRange(0, 3);
+    const int type = input.ConsumeIntegralInRange(0, 6);
     if (type == 1)
         return text(input);
     if (type == 2)
         return input.ConsumeFloatingPoint<double>();
     if (type == 3)
         return QVariant::fromValue(input.ConsumeIntegral<uchar>());
+    if (type == 4)
+        return QStringList { text(input), text(input) };
+    if (type == 5)
+        return QVariantMap { { text(input), value(input) } };
+    if (type == 6)
+        return QVariant::fromValue(QDBusVariant(value(input)));
     const auto number = [&input](int usual) {
         return input.ConsumeBool() ? input.ConsumeIntegral<int>() : usual;
     };
@@ -47,16 +54,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static Notifications notifications;
     static QDBusConnection client = [] {
         QObject::connect(&server, &QDBusServer::newConnection, [](QDBusConnection connection) {
-            connection.registerObject("/", notifications.findChild<XdgNotificationServer *>(),
-                                      QDBusConnection::ExportAdaptors);
+            const auto *service = NotificationList::shared()->findChild<NotificationService *>();
+            connection.registerObject("/", service->parent(), QDBusConnection::ExportAdaptors);
         });
         return QDBusConnection::connectToPeer(server.address(), "client");
     }();
 
     FuzzedDataProvider input(data, size);
     QVariantMap hints;
-    for (const char *key : { "image-data", "image_data", "icon_data", "urgency", "value",
-                             "category", "desktop-entry", "image-path", "transient", "resident" }) {
+    for (const char *key :
+         { "image-data", "image_data", "icon_data", "urgency", "value", "category", "desktop-entry",
+           "image-path", "transient", "resident", "x-dunst-stack-tag", "x-other" }) {
         if (input.ConsumeBool())
             hints.insert(key, value(input));
     }
@@ -75,6 +83,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     require(qMax(picture.width(), picture.height()) <= 320);
     static const QRegularExpression allowed("</?[biu]>|</a>|<br/>|<a href=\"https?://[^\"<>]+\">");
     require(!row["styledBody"].toString().remove(allowed).contains(QRegularExpression("[<>]")));
+    const QString body = row["body"].toString();
+    require(row["styledBody"].toString().size() <= 32 * 1024 + 16);
+    require(plainText(body).size() <= body.size());
     notifications.clear();
     return 0;
 }

@@ -2,6 +2,7 @@
 #include "notifications.h"
 #include "patience.h"
 #include "signallog.h"
+#include "styledbody.h"
 
 #include <QAbstractItemModelTester>
 #include <QDBusConnectionInterface>
@@ -29,13 +30,17 @@ struct Peer : QProcess
 };
 
 // The protocol's methods begin with a capital, the others are those of the manager.
-QString call(const QString &method, const QStringList &arguments = {})
+QStringList callOf(const QString &method)
 {
     const QString name = method[0].isUpper() ? "org.freedesktop.Notifications"
                                              : "com.zovar.NotificationManager";
     const QString path = '/' + QString(name).replace('.', '/');
-    const QStringList line { "call", "-e", "-d", name, "-o", path, "-m", name + '.' + method };
-    return Peer("gdbus", line + arguments).result();
+    return { "call", "-e", "-d", name, "-o", path, "-m", name + '.' + method };
+}
+
+QString call(const QString &method, const QStringList &arguments = {})
+{
+    return Peer("gdbus", callOf(method) + arguments).result();
 }
 
 struct Centre : Notifications
@@ -56,6 +61,21 @@ struct Centre : Notifications
 
 } // namespace
 
+struct Once : QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void act()
+    {
+        if (deed)
+            std::exchange(deed, {})();
+    }
+
+public:
+    std::function<void()> deed;
+};
+
 class NotificationsTest : public QObject
 {
     Q_OBJECT
@@ -74,6 +94,14 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(match.captured().simplified()))
                     << match.captured(1) << match.captured(2) << match.captured(4);
         }
+        const auto many = [](int number, const QString &text) { return text.repeated(number); };
+        QTest::newRow("the 65th hint")
+                << "urgency" << '{' + many(64, "'x': <0>, ") + "'urgency': <byte 2>}"
+                << "1";
+        QTest::newRow("piled marks") << "styledBody" << 'e' + many(9, "\u0301") + "<b>\u0301</b>f"
+                                     << 'e' + many(8, "\u0301") + "<b></b>f";
+        QTest::newRow("links") << "styledBody" << many(51, "<a href='http://x'>x</a>")
+                               << many(50, "<a href=\"http://x\">x</a>") + 'x';
     }
     void whatIsSentIsReadSafely()
     {
@@ -82,6 +110,10 @@ private Q_SLOTS:
         QFETCH(QString, value);
         Centre centre;
         QTRY_VERIFY(centre.isRegistered());
+        if (role == "plainText") {
+            QCOMPARE(plainText(sent).replace('\n', '|'), value);
+            return;
+        }
         if (role == "styledBody")
             centre.add(sent.replace("\\r\\n", "\r\n\1"));
         else
@@ -144,6 +176,113 @@ private Q_SLOTS:
                                QString("closed %1 7").arg(other) }));
     }
 
+    void whoPostedIsToldAndMayClose()
+    {
+        Centre centre;
+        QTRY_VERIFY(centre.isRegistered());
+        Peer peer("/usr/bin/python3", { ANSWEREDPEER, "own" });
+        QTRY_COMPARE(centre.all(), "Own");
+        const QString id = centre.all("id");
+        const QString other = Peer("notify-send", { "-p", "Other" }).result();
+        call("CloseNotification", { "7" });
+        QTRY_COMPARE(centre.all(), "Other Own");
+        centre.dismiss(other.toUInt());
+        centre.invoke(id.toUInt(), "b");
+        peer.write("\n");
+        QCOMPARE(peer.result(), id + " b " + id + " 3");
+    }
+
+    void aBusyInterfaceIsReadOn()
+    {
+        Centre centre;
+        QTRY_VERIFY(centre.isRegistered());
+        QVERIFY(Peer("/usr/bin/python3", { ANSWEREDPEER, "large" }).waitForFinished(patience));
+        // Nothing is handled until a program has waited in vain.
+        const QStringList inVain { "--timeout", "2" };
+        QVERIFY(Peer("gdbus", callOf("GetCapabilities") + inVain).waitForFinished(patience));
+        QTRY_COMPARE(centre.rowCount(), 8);
+        QVERIFY(call("GetCapabilities").contains("actions"));
+    }
+
+    void aPictureIsReadWhenItsPostComes()
+    {
+        Centre centre;
+        QTemporaryDir folder;
+        const QString file = folder.filePath("a b.png");
+        QImage picture(320, 320, QImage::Format_ARGB32);
+        picture.fill(Qt::green);
+        QVERIFY(picture.save(file));
+        centre.add("Gone", 0, 0, { { "image-path", folder.filePath("none") } });
+        centre.add("File", 0, 0, { { "image-path", QUrl::fromLocalFile(file).toString() } });
+        QTRY_COMPARE(ImageStore::find(centre.get(0).value("iconSource").toString())
+                             .convertToFormat(picture.format()),
+                     picture);
+        QCOMPARE(centre.get(1).value("iconSource"), "");
+        // 81 of them are 32 MB.
+        for (int i = 0; i < 82; ++i)
+            centre.add("Data", 0, 0, { { "image-data", picture } });
+        QTRY_COMPARE(centre.rowCount(), 84);
+        QCOMPARE(centre.all("iconSource").split(' ', Qt::SkipEmptyParts).size(), 81);
+    }
+
+    void aTagMeansTheSame_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("canonical") << "x-canonical-private-synchronous";
+        QTest::newRow("dunst") << "x-dunst-stack-tag";
+    }
+    void aTagMeansTheSame()
+    {
+        QFETCH(QString, key);
+        Centre centre;
+        const uint id = centre.add("1", 0, 0, { { key, "volume" } });
+        centre.add("brightness", 0, 0, { { key, "brightness" } });
+        QCOMPARE(centre.add("2", 0, 0, { { key, "volume" } }), id);
+        QTRY_COMPARE(centre.all(), "brightness 2");
+        QCOMPARE(centre.add("3", 0, 0, { { key, "volume" } }), id);
+        QTRY_COMPARE(centre.all(), "brightness 3");
+    }
+
+    void slotsMayDoAnything_data()
+    {
+        QTest::addColumn<QByteArray>("signal");
+        for (const char *signal :
+             { SIGNAL(posted(uint)), SIGNAL(replaced(uint)), SIGNAL(closed(uint, uint)),
+               SIGNAL(countChanged()), SIGNAL(rowsInserted(QModelIndex, int, int)),
+               SIGNAL(rowsRemoved(QModelIndex, int, int)),
+               SIGNAL(dataChanged(QModelIndex, QModelIndex)) })
+            QTest::newRow(signal + 1) << QByteArray(signal);
+    }
+    void slotsMayDoAnything()
+    {
+        QFETCH(QByteArray, signal);
+        QPointer<Centre> first;
+        const std::function<void()> deeds[] { [&first] { first->add("Again"); },
+                                              [&first] { first->clear(); },
+                                              [&first] { delete first; } };
+        for (const auto &deed : deeds) {
+            first = new Centre;
+            const auto owned = qScopeGuard([&first] { delete first; });
+            Centre second;
+            connect(&second, &Notifications::posted, &second,
+                    [&second](uint id) { QVERIFY(second.indexOf(id) >= 0); });
+            Once once;
+            once.deed = deed;
+            connect(first, signal, &once, SLOT(act()));
+            const uint kept = second.add("First");
+            const uint gone = second.add("Gone");
+            second.pending();
+            second.add("Second", 0, kept);
+            second.pending();
+            second.dismiss(gone);
+            second.pending();
+            QVERIFY(!once.deed);
+            QCOMPARE(second.all().contains("Again"), &deed == deeds);
+            QCOMPARE(first.isNull(), &deed == deeds + 2);
+            QCOMPARE(first ? first->all() : "Second", second.all());
+        }
+    }
+
     void timeOutsAreThoseOfTheLastPost()
     {
         Centre centre;
@@ -187,17 +326,17 @@ private Q_SLOTS:
         Peer other(SERVICE, {});
         QTRY_VERIFY(isTaken());
         auto first = std::make_unique<Centre>();
-        const Centre second;
+        Centre second;
         QTRY_COMPARE(first->owner().value("pid"), other.processId());
         QCOMPARE(first->owner().value("name"), "notificationser");
         QVERIFY(!first->isRegistered());
         other.closeWriteChannel();
         QTRY_VERIFY(first->isRegistered() && first->owner().isEmpty());
-        QVERIFY(!second.isRegistered());
+        first->add("First");
         first.reset();
-        QTRY_VERIFY(second.isRegistered());
+        QVERIFY(second.isRegistered());
         Peer("notify-send", { "Title" }).result();
-        QTRY_COMPARE(second.all(), "Title");
+        QTRY_COMPARE(second.all(), "Title First");
     }
 
     void theExampleIsACentre()

@@ -11,6 +11,7 @@
 Tray::Tray(QObject *parent)
     : QAbstractListModel(parent)
 {
+    _collator.setCaseSensitivity(Qt::CaseInsensitive);
     connect(&_registry, &TrayRegistry::itemRegistered, this, &Tray::_add);
     connect(&_registry, &TrayRegistry::itemUnregistered, this, &Tray::_remove);
     connect(&_registry, &TrayRegistry::registeredChanged, this, &Tray::registeredChanged);

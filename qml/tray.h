@@ -103,5 +103,5 @@ private:
     TrayRegistry _registry;
     QVector<TrayItem *> _items; // All that are registered, and
     QVector<Row> _rows;         // those that have a row.
-    const QCollator _collator;
+    QCollator _collator;
 };

@@ -2,6 +2,7 @@
 
 #include "iconsource.h"
 #include "menuclient.h"
+#include "picturereader.h"
 #include "trayaddress.h"
 
 #include <QCryptographicHash>
@@ -15,9 +16,9 @@ namespace {
 
 constexpr int maximalSide = 64;
 
-QImage readPicture(const QByteArray &png)
+QImage readIcon(const QByteArray &png)
 {
-    const QImage image = QImage::fromData(png, "PNG");
+    const QImage image = readPicture(png);
     if (image.width() <= maximalSide && image.height() <= maximalSide)
         return image;
     return image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
@@ -396,7 +397,7 @@ QPointer<TrayMenu> TrayMenu::_assign(Row *row, const QVariantMap &properties, bo
         const QByteArray other = data.isEmpty() ? data : digestOf(data);
         row->properties.insert(picture, other);
         if (other != digest)
-            row->pictureSource = row->picture->show(readPicture(data));
+            row->pictureSource = row->picture->show(readIcon(data));
     }
 
     if (!hasItems && !isSubmenu(properties))

@@ -191,7 +191,7 @@ private Q_SLOTS:
             const QByteArray path = "'/p" + QByteArray::number(++number) + '\'';
             peer.tell("last = make(" + path + ", " + values + "); register(" + path + ")");
         }
-        SHOWS(tray, "itemId", "z, a, b, d, e, c, f");
+        SHOWS(tray, "itemId", "a, z, b, d, e, c, f");
         peer.tell("last.values['Title'] = 'A'; bus.send_message("
                   "dbus.lowlevel.SignalMessage('/p7', NAME, 'NewTitle'))");
         QTRY_COMPARE(tray.get(2).value("title"), "A");

@@ -2,24 +2,25 @@
 
 #include "icontheme.h"
 #include "imagestore.h"
+#include "picturereader.h"
 
 #include <QCoreApplication>
-#include <QDirIterator>
-#include <QFileInfo>
-#include <QImageReader>
+#include <QMutex>
 #include <QPainter>
-#include <QQmlEngine>
-#include <QSemaphore>
-#include <QThread>
+#include <QThreadPool>
 #include <QUrlQuery>
 
+#include <algorithm>
+#include <atomic>
 #include <iterator>
+#include <memory>
 
 namespace {
 
 constexpr int defaultExtent = 64;
-constexpr int largestExtent = 4096;
-constexpr qint64 mostPixels = Q_INT64_C(32) * 1024 * 1024;
+constexpr int largestExtent = 2048;
+constexpr int largestIcon = 1024;
+constexpr int threads = 2;
 
 // Each dark enough for a white letter.
 constexpr QRgb tileColors[] = { 0xff3b6fd4, 0xff0f7c8f, 0xff2e7d4f, 0xff8a5a12, 0xffb4472f,
@@ -33,89 +34,24 @@ int extent(const QSize &requested)
     return asked > 0 ? qMin(asked, largestExtent) : defaultExtent;
 }
 
-QSize fitted(const QSize &size, const QSize &requested)
+QImage fitted(const QImage &image, const QSize &room)
 {
+    if (image.isNull() || (room.width() <= 0 && room.height() <= 0))
+        return image;
     const auto side
             = [](int asked) { return asked > 0 ? qMin(asked, largestExtent) : largestExtent; };
-    const QSize room(side(requested.width()), side(requested.height()));
-    const bool isAsked = requested.width() > 0 || requested.height() > 0;
-    if (!isAsked && size.width() <= room.width() && size.height() <= room.height())
-        return size;
-    return size.scaled(room, Qt::KeepAspectRatio).expandedTo({ 1, 1 });
-}
-
-QImage scaled(const QImage &image, const QSize &size)
-{
-    if (image.isNull() || image.size() == size)
-        return image;
-    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
-
-// The file of that path, or with an ending of pictures; nothing else than regular files.
-QString pictureFile(const QString &path)
-{
-    for (const char *ending : { "", ".svg", ".png", ".xpm" }) {
-        const QString file = path + QLatin1String(ending);
-        if (QFileInfo(file).isFile())
-            return file;
-    }
-    return {};
-}
-
-QImage readFile(const QString &path, QSize *size, const QSize &requested)
-{
-    const QString file = pictureFile(path);
-    if (file.isEmpty())
-        return {};
-    QImageReader reader(file);
-    reader.setDecideFormatFromContent(true);
-    *size = reader.size();
-    const bool isScalable = reader.format().startsWith("svg");
-    if (size->isEmpty() || (!isScalable && qint64(size->width()) * size->height() > mostPixels))
-        return {};
-    const QSize wanted = fitted(*size, requested);
-    if (isScalable || wanted.width() < size->width())
-        reader.setScaledSize(wanted);
-    return scaled(reader.read(), wanted);
-}
-
-// How well an icon of a folder like "48x48" or "scalable" suits: less is better, and a larger one is
-// better than a smaller one.
-int misfit(const QString &folder, int extent)
-{
-    const int own = folder.section(QLatin1Char('x'), 0, 0).toInt();
-    if (own == 0 || own >= extent)
-        return qMax(0, own - extent);
-    return largestExtent + extent - own;
-}
-
-// Tray items bring folders with icons, either flat or like a theme but without the index of one.
-QString fileInFolder(const QString &folder, const QString &name, int extent)
-{
-    QString best = pictureFile(folder + QLatin1Char('/') + name);
-    if (!best.isEmpty())
-        return best;
-    int leastMisfit = INT_MAX;
-    int left = 1000; // Folders, so that no tree holds up the shell.
-    const QDir::Filters folders = QDir::Dirs | QDir::NoDotAndDotDot;
-    QDirIterator sizes(folder + QLatin1String("/hicolor"), folders);
-    while (sizes.hasNext() && left-- > 0) {
-        QDirIterator contexts(sizes.next(), folders);
-        const int itsMisfit = misfit(sizes.fileName(), extent);
-        while (contexts.hasNext() && left-- > 0) {
-            const QString file = pictureFile(contexts.next() + QLatin1Char('/') + name);
-            if (!file.isEmpty() && itsMisfit < leastMisfit) {
-                leastMisfit = itsMisfit;
-                best = file;
-            }
-        }
-    }
-    return best;
+    const QSize size
+            = image.size().scaled(side(room.width()), side(room.height()), Qt::KeepAspectRatio);
+    return size == image.size() ? image
+                                : image.scaled(size.expandedTo({ 1, 1 }), Qt::IgnoreAspectRatio,
+                                               Qt::SmoothTransformation);
 }
 
 // Whether all that is to be seen has one grey, as icons for panels of one colour scheme have.
 bool isOfOneGrey(const QImage &picture)
 {
+    if (qMax(picture.width(), picture.height()) > largestIcon)
+        return false;
     const QImage image = picture.convertToFormat(QImage::Format_ARGB32);
     int darkest = 255;
     int lightest = 0;
@@ -185,89 +121,191 @@ QString decoded(const QString &text)
     return QUrl::fromPercentEncoding(text.toUtf8());
 }
 
-} // namespace
-
-IconProvider::IconProvider(const QQmlEngine *engine)
-    : QQuickImageProvider(QQuickImageProvider::Image)
+// What an id names, and how it is to be shown.
+struct Request
 {
-    QObject::connect(engine, &QObject::destroyed, engine, [ends = _engineEnds] { *ends = true; });
+    explicit Request(const QString &id);
+
+    bool isPath() const { return icon.startsWith(QLatin1Char('/')); }
+
+    QString icon; // A name or a path,
+    QString folder;
+    QString pixels; // and what is taken where there is no such icon.
+    QUrlQuery query;
+};
+
+// Qt has decoded a question mark of a path, too: the query is what begins with the name of a part.
+int queryOf(const QString &id)
+{
+    for (int at = id.indexOf(QLatin1Char('?')); at >= 0; at = id.indexOf(QLatin1Char('?'), at + 1)) {
+        const QString rest = id.mid(at + 1, 16);
+        for (const char *part : { "color=", "label=", "missing=" }) {
+            if (rest.startsWith(QLatin1String(part)))
+                return at;
+        }
+    }
+    return -1;
 }
 
-QImage IconProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+Request::Request(const QString &id)
 {
-    const QString path = id.section(QLatin1Char('?'), 0, 0);
-    const QUrlQuery query(id.section(QLatin1Char('?'), 1));
-    const auto part = [&query](const char *name) {
-        return query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
+    const int at = queryOf(id);
+    query.setQuery(at < 0 ? QString() : id.mid(at + 1));
+    const QString path = id.left(at < 0 ? id.size() : at);
+    const QString kind = path.section(QLatin1Char('/'), 0, 0);
+    const QString rest = path.section(QLatin1Char('/'), 1);
+    const auto part = [&rest](int index) {
+        return decoded(decoded(rest.section(QLatin1Char('/'), index, index)));
     };
-
-    const QString name = path.section(QLatin1Char('/'), 1, 1);
-    QSize own;
-    QImage image;
-    if (path.startsWith(QLatin1String("pixels/"))) {
-        image = ImageStore::find(path);
-        own = image.size();
-        image = scaled(image, fitted(own, requestedSize));
+    if (kind == QLatin1String("pixels")) {
+        pixels = rest;
+    } else if (kind == QLatin1String("themed")) {
+        icon = part(0);
+        folder = part(1);
+        pixels = part(2);
     } else {
-        image = _icon(path.section(QLatin1Char('/'), 1), &own, requestedSize);
+        icon = decoded(rest);
+    }
+    if (icon.startsWith(QLatin1String("file:")))
+        icon = QUrl(icon).toLocalFile();
+}
+
+// A picture on its way. What asked for it may go at any time.
+struct Job
+{
+    Job(const QString &id, const QSize &room)
+        : request(id)
+        , room(room)
+    {
     }
 
-    if (image.isNull())
-        image = tile(part("label"), extent(requestedSize));
-    else if (const QColor color(part("color"));
-             color.isValid() && (name.endsWith(QLatin1String("-symbolic")) || isOfOneGrey(image)))
-        image = painted(image, color);
-    if (size)
-        *size = own.isEmpty() ? image.size() : own;
+    const Request request;
+    const QSize room;
+    IconThemes themes;
+    QImage image;
+    std::atomic_bool isCancelled { false };
+    QMutex mutex;
+    QQuickImageResponse *response = nullptr; // Null when it is gone.
+};
+
+QImage pictureOf(const Job &job)
+{
+    const Request &request = job.request;
+    QImage image;
+    if (request.isPath()) {
+        image = readPictureFile(iconFileAt(request.icon), job.room);
+    } else if (!request.icon.isEmpty()) {
+        const int side = extent(job.room);
+        if (request.folder.startsWith(QLatin1Char('/')))
+            image = readPictureFile(iconFileInFolder(request.folder, request.icon, side), job.room);
+        if (image.isNull())
+            image = readPictureFile(iconFile(request.icon, side, job.themes), { side, side });
+    }
+    return image.isNull() ? fitted(ImageStore::find(request.pixels), job.room) : image;
+}
+
+QImage missing(const QString &mode, const QString &label, int extent)
+{
+    if (mode != QLatin1String("empty"))
+        return tile(label, extent);
+    QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
     return image;
 }
 
-QImage IconProvider::_icon(const QString &id, QSize *size, const QSize &requestedSize) const
+QImage shown(const Job &job)
 {
-    // What iconSource() makes is encoded twice. A path that is written by hand comes as it is.
-    QString name = decoded(id);
-    const bool isPath
-            = name.startsWith(QLatin1Char('/')) || name.startsWith(QLatin1String("file:"));
-    if (!isPath)
-        name = decoded(decoded(id.section(QLatin1Char('/'), 0, 0)));
-    if (name.startsWith(QLatin1String("file:")))
-        name = QUrl(name).toLocalFile();
-    if (name.startsWith(QLatin1Char('/')))
-        return readFile(name, size, requestedSize);
-
-    const QString folder
-            = isPath ? QString() : decoded(decoded(id.section(QLatin1Char('/'), 1, 1)));
-    if (folder.startsWith(QLatin1Char('/'))) {
-        const QImage image
-                = readFile(fileInFolder(folder, name, extent(requestedSize)), size, requestedSize);
-        if (!image.isNull())
-            return image;
-    }
-    const QSize square = QSize(1, 1) * extent(requestedSize);
-    const QImage image = _themeIcon(name, square);
-    return scaled(image, fitted(image.size(), square));
-}
-
-QImage IconProvider::_themeIcon(const QString &name, const QSize &size) const
-{
-    if (QThread::currentThread() == qApp->thread())
-        return themeIcon(name, size);
-
-    // The themes belong to the GUI thread. It does not answer while it ends the engine and waits for
-    // this thread.
-    struct Answer
-    {
-        QImage image;
-        QSemaphore ready;
+    const auto part = [&job](const char *name) {
+        return job.request.query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
     };
-    const auto answer = std::make_shared<Answer>();
-    QMetaObject::invokeMethod(qApp, [answer, name, size] {
-        answer->image = themeIcon(name, size);
-        answer->ready.release();
-    });
-    while (!answer->ready.tryAcquire(1, 50)) {
-        if (*_engineEnds)
-            return {};
-    }
-    return answer->image;
+    const QImage image = pictureOf(job);
+    if (image.isNull())
+        return missing(part("missing"), part("label"), extent(job.room));
+    const QColor color(part("color"));
+    const bool isSymbolic = job.request.icon.endsWith(QLatin1String("-symbolic"));
+    return color.isValid() && (isSymbolic || isOfOneGrey(image)) ? painted(image, color) : image;
 }
+
+class Response : public QQuickImageResponse
+{
+    Q_OBJECT
+
+public:
+    explicit Response(const std::shared_ptr<Job> &job)
+        : _job(job)
+    {
+        _job->response = this;
+    }
+    ~Response() override
+    {
+        const QMutexLocker lock(&_job->mutex);
+        _job->response = nullptr;
+    }
+    Q_DISABLE_COPY(Response)
+
+    QQuickTextureFactory *textureFactory() const override
+    {
+        return QQuickTextureFactory::textureFactoryForImage(_job->image);
+    }
+    void cancel() override { _job->isCancelled = true; }
+
+private:
+    const std::shared_ptr<Job> _job;
+};
+
+// For as long as there is an application, which fonts need.
+class Readers
+{
+public:
+    Readers()
+    {
+        _pool.setMaxThreadCount(threads);
+        qAddPostRoutine([] {
+            instance()._pool.clear();
+            instance()._pool.waitForDone();
+        });
+    }
+    static Readers &instance()
+    {
+        static Readers readers;
+        return readers;
+    }
+    void start(const std::shared_ptr<Job> &job)
+    {
+        _pool.start([job] {
+            if (!job->isCancelled)
+                job->image = shown(*job);
+            const QMutexLocker lock(&job->mutex);
+            if (job->response)
+                QMetaObject::invokeMethod(job->response, &QQuickImageResponse::finished,
+                                          Qt::QueuedConnection);
+        });
+    }
+
+private:
+    QThreadPool _pool;
+};
+
+} // namespace
+
+QQuickImageResponse *IconProvider::requestImageResponse(const QString &id,
+                                                        const QSize &requestedSize)
+{
+    const auto job = std::make_shared<Job>(id, requestedSize);
+    auto *response = new Response(job);
+    if (job->request.isPath() || job->request.icon.isEmpty()) {
+        Readers::instance().start(job);
+        return response;
+    }
+    // Which theme there is only the GUI thread may ask. Nobody waits for its answer.
+    QMetaObject::invokeMethod(
+            qApp,
+            [job] {
+                job->themes = IconThemes::ofApplication();
+                Readers::instance().start(job);
+            },
+            Qt::QueuedConnection);
+    return response;
+}
+
+#include "iconprovider.moc"

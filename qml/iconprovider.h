@@ -1,41 +1,31 @@
 #pragma once
 
-#include <QQuickImageProvider>
-
-#include <atomic>
-#include <memory>
-
-class QQmlEngine;
+#include <QQuickAsyncImageProvider>
 
 // The pictures of image://quorvane for Image, at the size in pixels that its sourceSize makes on its
 // screen, in their own proportions:
 //
-// - icon/NAME: an icon by its name in the theme, an absolute path, or a file URL (no other scheme).
-//   Paths may come without an ending, names with one: ".png", ".svg" or ".xpm".
-// - icon/NAME/FOLDER: the same, but looked for in the folder first, which is flat or has the
-//   folders of the theme hicolor.
+// - icon/ICON: a name in the theme, an absolute path, or a file URL (no other scheme). Paths may come
+//   without an ending, names with one: ".png", ".svg" or ".xpm".
+// - themed/NAME/FOLDER/NUMBER/STAMP: the same, as iconSource() makes it: a name is looked for in the folder
+//   first, which is flat or has the folders of the theme hicolor, and where there is none, the picture
+//   of ImageStore with that number is taken.
 // - pixels/NUMBER: a picture of ImageStore.
 //
-// What is missing, unreadable or too large becomes a tile, without a warning. Only regular files are
-// read, and of those no more than 32 million pixels. A query behind may have two parts:
+// All are read in threads of their own, whatever the Image says, and by readPictureFile(), within its
+// limits. What is missing, unreadable or too large becomes a tile, without a warning. A query behind may have
+// three parts:
 //
 // - color=COLOR: the colour in which icons of one grey are shown, which are made for one colour
 //   scheme: symbolic ones, and many of the tray. Other pictures stay as they are.
 // - label=TEXT: the tile for a missing picture has the first letter of this, and a colour that
 //   depends on it; without a label it is grey and blank.
+// - missing=empty: nothing is seen of a missing picture.
 //
 // Without a sourceSize files and pixels have their own size, and the icons of themes 64 pixels.
-class IconProvider : public QQuickImageProvider
+class IconProvider : public QQuickAsyncImageProvider
 {
 public:
-    explicit IconProvider(const QQmlEngine *engine);
-
-    // Comes from the GUI thread, or from Qt Quick's for an asynchronous Image.
-    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
-
-private:
-    QImage _icon(const QString &id, QSize *size, const QSize &requestedSize) const;
-    QImage _themeIcon(const QString &name, const QSize &size) const;
-
-    std::shared_ptr<std::atomic_bool> _engineEnds = std::make_shared<std::atomic_bool>(false);
+    QQuickImageResponse *requestImageResponse(const QString &id,
+                                              const QSize &requestedSize) override;
 };

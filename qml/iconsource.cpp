@@ -2,15 +2,25 @@
 
 #include <QUrl>
 
-QString iconSource(const QString &icon, const QString &themePath)
+namespace {
+
+QString encoded(const QString &text)
+{
+    return QString::fromLatin1(QUrl::toPercentEncoding(text));
+}
+
+} // namespace
+
+QString iconSource(const QString &icon, const QString &themePath, const QString &pixels,
+                   const QString &stamp)
 {
     if (icon.isEmpty())
-        return {};
+        return pixels;
+    if (themePath.isEmpty() && pixels.isEmpty() && stamp.isEmpty())
+        return QStringLiteral("image://quorvane/icon/") + encoded(icon);
     // Twice, as Qt decodes what it can of a URL, even a slash, but never a percent sign.
-    const auto encoded = [](const QString &text) {
-        const QByteArray once = QUrl::toPercentEncoding(text);
-        return QString::fromLatin1(QUrl::toPercentEncoding(QString::fromLatin1(once)));
-    };
-    const QString source = QStringLiteral("image://quorvane/icon/") + encoded(icon);
-    return themePath.isEmpty() ? source : source + QLatin1Char('/') + encoded(themePath);
+    QStringList parts { icon, themePath, pixels.section(QLatin1Char('/'), -1), stamp };
+    for (QString &part : parts)
+        part = part.isEmpty() ? QStringLiteral("-") : encoded(encoded(part));
+    return QStringLiteral("image://quorvane/themed/") + parts.join(QLatin1Char('/'));
 }

@@ -69,7 +69,7 @@ public:
 
     void initializeEngine(QQmlEngine *engine, const char *) override
     {
-        engine->addImageProvider(QStringLiteral("quorvane"), new IconProvider(engine));
+        engine->addImageProvider(QStringLiteral("quorvane"), new IconProvider);
     }
 };
 

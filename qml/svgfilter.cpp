@@ -22,10 +22,14 @@ constexpr int mostGradients = 1000;
 constexpr int mostClasses = 8;
 constexpr int deepest = 64;
 constexpr int longestValue = 1000;
+constexpr int mostEntities = 256;
+constexpr int longestEntity = 24;
 constexpr int mostTextLetters = 1000;
 constexpr int mostDigits = 7;
-// Qt clips what reaches further out of the picture, which takes long for more than a few numbers.
-constexpr double furthest = 4;
+// Sides of the picture: Qt clips what reaches further, each line against each other, and what reaches
+// much further takes whatever memory it likes.
+constexpr double farAway = 4;
+constexpr double furthest = 10000;
 constexpr int fewNumbers = 64;
 
 using Attributes = QHash<QString, QString>;
@@ -380,35 +384,6 @@ Outline outlineOf(const Node &node, double whole)
     return outline;
 }
 
-QString unescaped(const QString &text)
-{
-    static const QHash<QString, QChar> names { { QStringLiteral("lt"), QLatin1Char('<') },
-                                               { QStringLiteral("gt"), QLatin1Char('>') },
-                                               { QStringLiteral("amp"), QLatin1Char('&') },
-                                               { QStringLiteral("quot"), QLatin1Char('"') },
-                                               { QStringLiteral("apos"), QLatin1Char('\'') } };
-    if (!text.contains(QLatin1Char('&')))
-        return text;
-    QString result;
-    for (int at = 0; at < text.size(); ++at) {
-        const int end
-                = text.at(at) == QLatin1Char('&') ? text.mid(at, 12).indexOf(QLatin1Char(';')) : -1;
-        if (end < 0) {
-            result += text.at(at);
-            continue;
-        }
-        const QString name = text.mid(at + 1, end - 1);
-        const bool isHex = name.startsWith(QLatin1String("#x"));
-        const uint code = isHex ? name.mid(2).toUInt(nullptr, 16) : name.mid(1).toUInt();
-        if (names.contains(name))
-            result += names.value(name);
-        else if (name.startsWith(QLatin1Char('#')) && code >= 32 && code < 0xd800)
-            result += QChar(ushort(code));
-        at += end;
-    }
-    return result;
-}
-
 // Characters that no XML may hold, and that Qt's reader ends at.
 QString readable(const QByteArray &svg)
 {
@@ -434,6 +409,8 @@ public:
 private:
     bool _parse();
     bool _skipDeclaration();
+    void _readEntities(int end);
+    QString _unescaped(const QString &text);
     bool _startElement();
     bool _readAttributes(Attributes &attributes, bool &isEmpty);
     void _endElement();
@@ -446,7 +423,7 @@ private:
     QString _embedded(const QString &url);
 
     bool _measure(const Node &node, const QTransform &outer, bool isStroked, int depth);
-    void _add(const Node &node, const QTransform &transform, bool isStroked);
+    bool _add(const Node &node, const QTransform &transform, bool isStroked);
     void _write(const Node &node, QXmlStreamWriter &writer) const;
 
     const QString _text;
@@ -455,6 +432,8 @@ private:
     std::vector<Node> _nodes;
     std::vector<int> _open; // The elements around; in text of a style sheet -1 stands last.
     int _leftOut = 0;       // Depth within what is left out.
+    QHash<QString, QString> _entities;
+    int _entityLettersLeft = mostBytes;
     int _letters = 0;
     int _gradients = 0;
     int _visited = 0;
@@ -487,10 +466,65 @@ bool Filter::_skipDeclaration()
     }
     if (startsWith("<?"))
         return skipTo("?>");
-    // Entities that a document type declares are not taken.
     const int bracket = _text.indexOf(QLatin1Char('['), _at);
     const int end = _text.indexOf(QLatin1Char('>'), _at);
-    return (bracket < 0 || bracket > end || skipTo("]")) && skipTo(">");
+    if (bracket < 0 || bracket > end)
+        return skipTo(">");
+    if (!skipTo("]"))
+        return false;
+    const int after = std::exchange(_at, bracket);
+    _readEntities(after);
+    _at = after;
+    return skipTo(">");
+}
+
+// Old drawing programs keep styles in them. A value is taken as it stands: none contains another.
+void Filter::_readEntities(int end)
+{
+    const QString start = QStringLiteral("<!ENTITY ");
+    while (_entities.size() < mostEntities) {
+        const int at = _text.indexOf(start, _at);
+        const int open = at < 0 ? -1 : _text.indexOf(QLatin1Char('"'), at);
+        const int close = open < 0 ? -1 : _text.indexOf(QLatin1Char('"'), open + 1);
+        if (close < 0 || close > end)
+            return;
+        const QString name = _text.mid(at + start.size(), open - at - start.size()).trimmed();
+        if (close - open <= longestValue)
+            _entities.insert(name, _text.mid(open + 1, close - open - 1));
+        _at = close;
+    }
+}
+
+QString Filter::_unescaped(const QString &text)
+{
+    static const QHash<QString, QString> names { { QStringLiteral("lt"), QStringLiteral("<") },
+                                                 { QStringLiteral("gt"), QStringLiteral(">") },
+                                                 { QStringLiteral("amp"), QStringLiteral("&") },
+                                                 { QStringLiteral("quot"), QStringLiteral("\"") },
+                                                 { QStringLiteral("apos"), QStringLiteral("'") } };
+    if (!text.contains(QLatin1Char('&')))
+        return text;
+    QString result;
+    for (int at = 0; at < text.size(); ++at) {
+        const int end = text.at(at) == QLatin1Char('&')
+                                ? text.mid(at, longestEntity).indexOf(QLatin1Char(';'))
+                                : -1;
+        if (end < 0) {
+            result += text.at(at);
+            continue;
+        }
+        const QString name = text.mid(at + 1, end - 1);
+        const bool isHex = name.startsWith(QLatin1String("#x"));
+        const uint code = isHex ? name.mid(2).toUInt(nullptr, 16) : name.mid(1).toUInt();
+        const QString value = names.value(name, _entities.value(name));
+        if (name.startsWith(QLatin1Char('#')) && code >= ' ' && code < 0xd800)
+            result += QChar(ushort(code));
+        else if (_entityLettersLeft > value.size())
+            result += value;
+        _entityLettersLeft -= value.size();
+        at += end;
+    }
+    return result;
 }
 
 void Filter::_take(const QString &text)
@@ -504,7 +538,7 @@ void Filter::_take(const QString &text)
     Node &node = _nodes[size_t(_open.back())];
     if (!node.name.startsWith(QLatin1String("t")) || _letters >= mostTextLetters)
         return;
-    node.text += unescaped(text).left(mostTextLetters - _letters);
+    node.text += _unescaped(text).left(mostTextLetters - _letters);
     _letters += text.size();
 }
 
@@ -540,7 +574,7 @@ bool Filter::_readAttributes(Attributes &attributes, bool &isEmpty)
         if (name == QLatin1String("xlink:href"))
             name = QStringLiteral("href");
         if (properties().contains(name) || geometry().contains(name) || others().contains(name))
-            attributes.insert(name, unescaped(_text.mid(_at + 1, end - _at - 1)));
+            attributes.insert(name, _unescaped(_text.mid(_at + 1, end - _at - 1)));
         _at = end + 1;
     }
     return false;
@@ -744,13 +778,14 @@ bool Filter::_measure(const Node &node, const QTransform &outer, bool isStroked,
                   * transform;
         return target < 0 || _measure(_nodes[size_t(target)], moved, isStroked, depth + 1);
     }
-    _add(node, transform, isStroked);
+    if (!_add(node, transform, isStroked))
+        return false;
     return std::all_of(node.children.cbegin(), node.children.cend(), [&](int child) {
         return _measure(_nodes[size_t(child)], transform, isStroked, depth + 1);
     });
 }
 
-void Filter::_add(const Node &node, const QTransform &transform, bool isStroked)
+bool Filter::_add(const Node &node, const QTransform &transform, bool isStroked)
 {
     constexpr double perPixel = 5;  // Nanoseconds, of a gradient,
     constexpr double perNumber = 1; // of a line for each pixel of its surroundings,
@@ -758,7 +793,7 @@ void Filter::_add(const Node &node, const QTransform &transform, bool isStroked)
     const double whole = qMax(_view.width(), _view.height());
     const Outline outline = outlineOf(node, whole);
     if (outline.isEmpty)
-        return;
+        return true;
     double lines = outline.numbers / 2.0;
     QRectF rect(QPointF(outline.left, outline.top), QPointF(outline.right, outline.bottom));
     if (isStroked) {
@@ -770,15 +805,18 @@ void Filter::_add(const Node &node, const QTransform &transform, bool isStroked)
         rect.adjust(-width - 1, -width - 1, width + 1, width + 1);
     }
     const QRectF mapped = transform.mapRect(rect);
-    const bool isFar = !(qMax(qMax(std::abs(mapped.left()), std::abs(mapped.right())),
+    const double reach = qMax(qMax(std::abs(mapped.left()), std::abs(mapped.right())),
                               qMax(std::abs(mapped.top()), std::abs(mapped.bottom())))
-                         < furthest * whole + qMax(std::abs(_view.x()), std::abs(_view.y())));
+                         - qMax(std::abs(_view.x()), std::abs(_view.y()));
+    if (!(reach < furthest * whole))
+        return false;
     const QRectF seen = mapped & _view;
     const double area
             = seen.isValid() ? seen.width() * seen.height() / (_view.width() * _view.height()) : 0;
     _weight += area * (perPixel + perNumber * lines);
-    if (isFar && outline.numbers > fewNumbers) // Clipped, with each line against each other.
+    if (reach > farAway * whole && outline.numbers > fewNumbers)
         _weight += 1e-4 * lines * lines;
+    return true;
 }
 
 void Filter::_write(const Node &node, QXmlStreamWriter &writer) const

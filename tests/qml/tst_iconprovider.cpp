@@ -1,14 +1,13 @@
 #include <iconprovider.h>
 #include <iconsource.h>
 #include <imagestore.h>
+#include <picturereader.h>
 
 #include <QIcon>
-#include <QQmlEngine>
 #include <QtTest>
 
 #include <sys/stat.h>
 
-#include <future>
 #include <memory>
 
 // Pictures of names, files and pixels, as an Image asks for them.
@@ -22,67 +21,100 @@ class IconProviderTest : public QObject
         QFile file(_dir.filePath(name));
         return file.open(QIODevice::WriteOnly) && file.write(content) > 0 ? file.fileName() : "";
     }
+    static QByteArray _picture(QColor color, QSize size = { 1, 1 }, const char *format = "png")
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(color);
+        QByteArray data;
+        QBuffer buffer(&data);
+        image.save(&buffer, format);
+        return data;
+    }
+    static QByteArray _svg(const QByteArray &content)
+    {
+        return "<?xml version='1.0'?>\n<!DOCTYPE svg [<!ENTITY red 'x'><!ENTITY blue "
+               "\"fill:#00f\">]>"
+               "<svg width='9' height='9'>"
+               + content + "</svg>";
+    }
+    static QString _told(const QImage &image)
+    {
+        const QColor color = image.pixelColor(image.rect().center());
+        const QString name = color.alpha() > 0 ? color.name() : "empty";
+        return QString("%1x%2 %3").arg(image.width()).arg(image.height()).arg(name);
+    }
     // Size and colour of what the id gives that Qt Quick makes of the URL.
     QString _shown(const QString &source, const QSize &requested = { 48, 48 })
     {
         const QString id = QUrl(source).toString(QUrl::RemoveScheme | QUrl::RemoveAuthority).mid(1);
-        const QImage image = _provider.requestImage(id, nullptr, requested);
-        const QString color = image.pixelColor(image.rect().center()).name();
-        return QString("%1x%2 %3").arg(image.width()).arg(image.height()).arg(color);
+        const std::unique_ptr<QQuickImageResponse> response(
+                _provider.requestImageResponse(id, requested));
+        QSignalSpy finished(response.get(), &QQuickImageResponse::finished);
+        if (!finished.wait(20000))
+            return "nothing";
+        const std::unique_ptr<QQuickTextureFactory> texture(response->textureFactory());
+        return _told(texture->image());
     }
 
     QTemporaryDir _dir;
-    std::unique_ptr<QQmlEngine> _engine = std::make_unique<QQmlEngine>();
-    IconProvider _provider { _engine.get() };
+    IconProvider _provider;
 
 private Q_SLOTS:
     void picturesHaveTheSizeThatIsAskedFor()
     {
         QIcon::setThemeSearchPaths({ _dir.path() });
-        _write("Adwaita/index.theme", "[Icon Theme]\nDirectories=a\n[a]\nSize=48\nType=Scalable\n");
+        QIcon::setThemeName("test");
+        _write("test/index.theme", "[Icon "
+                                   "Theme]\nDirectories=a,b\nInherits=parent\n[a]\nSize=48\nType="
+                                   "Scalable\n[b]\nSize=16\n");
+        _write("parent/index.theme", "[Icon Theme]\nDirectories=p\n[p]\nSize=22\nScale=2\n");
         QCOMPARE(_shown(iconSource("grey.png")), "48x48 #878787");
-        const QByteArray svg
-                = "<svg width='9' height='9'><circle cx='4' cy='4' r='4' fill='#ccc'/></svg>";
-        _write("Adwaita/a/grey-symbolic.svg", svg);
-        const QString wide = _write("a b%/#1?.png", "P3 2 1 1 1 0 0 1 0 0");
+        _write("test/a/grey-symbolic.svg", _svg("<circle cx='4' cy='4' r='4' fill='#ccc'/>"));
+        _write("test/a/two.png", _picture(Qt::red));
+        _write("test/b/two.png", _picture(Qt::green));
+        _write("parent/p/of-parent.xpm", _picture(Qt::blue, { 1, 1 }, "xpm"));
+        const QString wide = _write("a b%/#1?.png", _picture(Qt::red, { 2, 1 }));
         const QString url = QUrl::fromLocalFile(wide).url(QUrl::FullyEncoded);
         const QString item = _dir.filePath("item");
-        _write("item/flat.xpm", "P3 1 1 1 0 1 0");
-        _write("item/hicolor/22x22/apps/themed.png", "P3 1 1 1 0 1 0");
-        _write("item/hicolor/64x64/status/themed.png", "P3 1 1 1 0 0 1");
+        _write("item/flat.xpm", _picture(Qt::green));
+        _write("item/hicolor/22x22/apps/themed.png", _picture(Qt::green));
+        _write("item/hicolor/64x64/status/themed.png", _picture(Qt::blue));
+        // A new icon is seen within a second.
         QTRY_COMPARE(_shown(iconSource("grey.png"), { 96, 96 }), "96x96 #cccccc");
         QCOMPARE(_shown(iconSource("grey") + "?label=x&color=#ff0000"), "48x48 #ff0000");
+        QCOMPARE(_shown(iconSource("two"), { 17, 17 }), "17x17 #00ff00");
+        QCOMPARE(_shown(iconSource("two")), "48x48 #ff0000");
+        QCOMPARE(_shown(iconSource("of-parent-x"), { 44, 44 }), "44x44 #0000ff");
         QCOMPARE(_shown(iconSource(wide) + "?color=#00ff00"), "48x24 #ff0000");
+        QCOMPARE(_shown("image://quorvane/icon/" + QUrl::toPercentEncoding(wide, "/?")),
+                 "48x24 #ff0000");
         QCOMPARE(_shown(iconSource(url), { 0, 50 }), "100x50 #ff0000");
         QCOMPARE(_shown("image://quorvane/icon/" + item + "/flat", {}), "1x1 #00ff00");
         QCOMPARE(_shown(iconSource("flat", item)), "48x48 #00ff00");
         QCOMPARE(_shown(iconSource("themed", item), { 20, 20 }), "20x20 #00ff00");
         QCOMPARE(_shown(iconSource("themed", item), { 32, 32 }), "32x32 #0000ff");
-        QCOMPARE(_shown(ImageStore::add(QImage::fromData("P3 1 2 1 0 1 1 0 1 1"))),
-                 "24x48 #00ffff");
+
+        QImage tall(1, 2, QImage::Format_RGB32);
+        tall.fill(Qt::cyan);
+        const QString pixels = ImageStore::add(tall);
+        QCOMPARE(_shown(pixels), "24x48 #00ffff");
+        QCOMPARE(_shown(iconSource("missing", item, pixels)), "24x48 #00ffff");
+        QCOMPARE(_shown(iconSource("themed", item, pixels, "1"), { 32, 32 }), "32x32 #0000ff");
+        QCOMPARE(_shown(iconSource("two", {}, pixels, "a/b") + "?label=x"), "48x48 #ff0000");
+        QVERIFY(iconSource("two", {}, {}, "1") != iconSource("two", {}, {}, "2"));
     }
 
     void whatIsMissingOrHostileIsATile()
     {
-        const QByteArray huge = "P4 8000 8000\n" + QByteArray(8000 * 1000, 0);
-        mkfifo(qPrintable(_dir.filePath("fifo.png")), 0600);
-        for (const QString &icon : { QString("missing"), QString("../a/grey-symbolic"), _dir.path(),
-                                     _dir.filePath("fifo"), _write("cut.png", "\x89PNG\r\n\x1a\n"),
-                                     _write("huge", huge) })
+        for (const char *fifo : { "fifo.png", "test/a/pipe.png" })
+            mkfifo(qPrintable(_dir.filePath(fifo)), 0600);
+        for (const QString &icon :
+             { QString("missing"), QString("../a/grey-symbolic"), _dir.path(), QString("pipe"),
+               _dir.filePath("fifo"), _write("cut.png", "\x89PNG\r\n\x1a\n"), QString("t%77o"),
+               QString(QChar(0)), "/" + QString(QChar(0)), _write("other.png", "P3 1 1 1 1 1 1") })
             QCOMPARE(icon + _shown(iconSource(icon)), icon + "48x48 #878787");
         QCOMPARE(_shown("image://quorvane/pixels/0?label=I"), "48x48 #ffffff");
-    }
-
-    // As it is for an asynchronous Image. The engine waits for that thread when it ends.
-    void anotherThreadGetsThemToo()
-    {
-        const auto load = [&] { return _shown(iconSource("grey")); };
-        auto shown = std::async(std::launch::async, load);
-        QTRY_COMPARE(shown.wait_for(std::chrono::seconds(0)), std::future_status::ready);
-        QCOMPARE(shown.get(), "48x48 #cccccc");
-        shown = std::async(std::launch::async, load);
-        _engine.reset();
-        QCOMPARE(shown.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+        QCOMPARE(_shown(iconSource("missing") + "?missing=empty&label=I"), "48x48 empty");
     }
 };
 

@@ -1,11 +1,13 @@
 #include "trayiconsource.h"
 
 #include "iconsource.h"
+#include "icontheme.h"
 
-#include <QDirIterator>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QMutex>
 #include <QRunnable>
+#include <QStringList>
 #include <QThreadPool>
 #include <QUrl>
 
@@ -19,39 +21,30 @@ bool hasFile(const TrayIcon &icon)
            || (!icon.name.isEmpty() && !icon.themePath.isEmpty());
 }
 
-// Another number for another file, or for one that was written anew; 0 for none.
-quint64 stampOfFile(const QString &path)
+// Tells a file from others, and from itself once it is written anew; empty for none.
+QString stampOfFile(const QString &path)
 {
-    quint64 stamp = 0;
-    for (const char *ending : { "", ".svg", ".png", ".xpm" }) {
-        struct stat found = {};
-        if (stat(QFile::encodeName(path + QLatin1String(ending)).constData(), &found) != 0)
-            continue;
-        for (const auto part : { found.st_mtim.tv_sec, found.st_mtim.tv_nsec, found.st_size,
-                                 long(found.st_ino), long(found.st_dev) })
-            stamp = stamp * 1000003 + quint64(part);
-    }
-    return stamp;
+    struct stat found = {};
+    if (path.isEmpty() || stat(QFile::encodeName(path).constData(), &found) != 0)
+        return {};
+    QStringList parts;
+    for (const auto part : { long(found.st_mtim.tv_sec), found.st_mtim.tv_nsec, long(found.st_size),
+                             long(found.st_ino) })
+        parts += QString::number(part, 36);
+    return parts.join(QLatin1Char('.'));
 }
 
-// Of all sizes that there are, whichever is shown.
-quint64 stampOf(const QString &name, const QString &themePath)
+QString stampOf(const QString &name, const QString &themePath)
 {
     if (name.startsWith(QLatin1Char('/')))
-        return stampOfFile(name);
+        return stampOfFile(iconFileAt(name));
     if (name.startsWith(QLatin1String("file:")))
-        return stampOfFile(QUrl(name).toLocalFile());
-    const QString file = QLatin1Char('/') + name;
-    quint64 stamp = stampOfFile(themePath + file);
-    int left = 1000; // Folders.
-    const QDir::Filters folders = QDir::Dirs | QDir::NoDotAndDotDot;
-    QDirIterator sizes(themePath + QLatin1String("/hicolor"), folders);
-    while (sizes.hasNext() && left-- > 0) {
-        QDirIterator contexts(sizes.next(), folders);
-        while (contexts.hasNext() && left-- > 0)
-            stamp += stampOfFile(contexts.next() + file);
-    }
-    return stamp;
+        return stampOfFile(iconFileAt(QUrl(name).toLocalFile()));
+    // Of the two sizes in use: who writes one writes all.
+    constexpr int small = 22;
+    constexpr int large = 64;
+    return stampOfFile(iconFileInFolder(themePath, name, small))
+           + stampOfFile(iconFileInFolder(themePath, name, large));
 }
 
 // Never ended: a thread may stand for good on a disk that is gone.
@@ -111,14 +104,13 @@ void TrayIconSource::_look()
             [receiver = _receiver, name = _icon.name, themePath = _icon.themePath] {
                 QElapsedTimer clock;
                 clock.start();
-                const quint64 stamp = stampOf(name, themePath);
-                const QString text = stamp == 0 ? QString() : QString::number(stamp, 36);
+                const QString stamp = stampOf(name, themePath);
                 const QMutexLocker lock(&receiver->mutex);
                 if (TrayIconSource *object = receiver->object)
                     QMetaObject::invokeMethod(
                             object,
                             [=, spent = clock.elapsed()] {
-                                object->_take({ name, themePath, {} }, text, spent);
+                                object->_take({ name, themePath, {} }, stamp, spent);
                             },
                             Qt::QueuedConnection);
             }));
@@ -141,6 +133,5 @@ void TrayIconSource::_take(const TrayIcon &icon, const QString &stamp, qint64 sp
 
 QString TrayIconSource::_makeSource(const QString &stamp) const
 {
-    Q_UNUSED(stamp)
-    return _icon.name.isEmpty() ? _pixels : iconSource(_icon.name, _icon.themePath);
+    return iconSource(_icon.name, _icon.themePath, _pixels, stamp);
 }

@@ -41,6 +41,13 @@ QString withoutMnemonics(const QString &label)
     return text;
 }
 
+// Programs name icons that no theme has: nothing is better than a tile in their place.
+QString themedSource(const QString &icon, const QString &themePath)
+{
+    const QString source = iconSource(icon, themePath);
+    return source.isEmpty() ? source : source + QLatin1String("?missing=empty");
+}
+
 QString text(const QVariantMap &properties, const char *name)
 {
     return properties.value(QLatin1String(name)).toString();
@@ -151,7 +158,7 @@ QVariant TrayMenu::data(const QModelIndex &index, int role) const
     case CheckedRole:
         return of.value(QStringLiteral("toggle-state")).toInt() == 1;
     case IconSourceRole:
-        return row.pictureSource.isEmpty() ? iconSource(text(of, "icon-name"), _themePath())
+        return row.pictureSource.isEmpty() ? themedSource(text(of, "icon-name"), _themePath())
                                            : row.pictureSource;
     case HasChildrenRole:
         return row.submenu != nullptr;

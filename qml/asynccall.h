@@ -51,3 +51,15 @@ void whenProcessKnown(const QString &uniqueName, QObject *context, Function func
     whenAnswered(callBus(QStringLiteral("GetConnectionUnixProcessID"), { uniqueName }), context,
                  [function](const QDBusMessage &answer) { function(processIn(answer)); });
 }
+
+// Tells a function whether two unique names are of one process; not when either has gone.
+template<typename Function>
+void whenComparedProcesses(const QString &one, const QString &other, QObject *context,
+                           Function function)
+{
+    whenProcessKnown(one, context, [other, context, function](const QVariantMap &process) {
+        whenProcessKnown(other, context, [process, function](const QVariantMap &otherProcess) {
+            function(!process.isEmpty() && process == otherProcess);
+        });
+    });
+}

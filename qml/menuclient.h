@@ -1,6 +1,8 @@
 #pragma once
 
+#include "busnames.h"
 #include "menuitem.h"
+#include "patientcall.h"
 
 #include <QObject>
 #include <QSet>
@@ -9,7 +11,9 @@
 class QDBusMessage;
 
 // One menu on the session bus, spoken to without ever waiting. It fetches the layout at once and
-// whenever the menu says that it changed, with one call at a time, however often it says so.
+// whenever the menu says that it changed, with one call at a time, however often it says so. Changes
+// of properties are taken together; of more than a few at a time the layout tells. All of it happens
+// 20 times a second at most, and the less often the longer it takes.
 class MenuClient : public QObject
 {
     Q_OBJECT
@@ -43,12 +47,15 @@ Q_SIGNALS:
     void activationRequested();
 
 private Q_SLOTS:
-    void _layoutUpdated();
-    void _itemsPropertiesUpdated(const QDBusMessage &signal);
+    void _hearMenu(const QDBusMessage &signal);
 
 private:
     void _ownerChanged(const QString &owner);
     void _begin();
+    void _layoutUpdated();
+    void _propertiesUpdated(const QDBusMessage &signal);
+    void _update();
+    void _rest(qint64 nanoseconds);
     void _fetch();
     void _fetched(const QDBusMessage &answer);
     void _announced(int id, const QDBusMessage &answer);
@@ -59,12 +66,19 @@ private:
 
     const QString _service;
     const QString _path;
-    QTimer _update;
+    BusNames _names;
+    QString _owner; // Whose signals count.
+    bool _isOwnerKnown = false;
+    PatientCall _layout;
+    PatientCall _theme;
+    QTimer _pause; // From the first change to when it is taken.
     QTimer _patience;
     QString _themePath;
     QSet<int> _announcing;
     QSet<int> _awaitingLayout;
-    bool _fetching = false;
+    QHash<int, QVariantMap> _updates; // Of properties.
+    qint64 _readingTime = 0;          // What those have taken, in nanoseconds.
+    bool _isLayoutOutdated = false;
     bool _fetchAgain = false;
     bool _loaded = false;
     bool _responds = true;

@@ -18,6 +18,7 @@ constexpr int maximalKeys = 8;
 constexpr int maximalPictureBytes = 1 << 20;
 constexpr quint32 maximalPictureSide = 512;
 constexpr qint64 maximalPixels = 4 << 20;
+constexpr qint64 maximalBytes = 4 << 20;
 
 const auto itemSignature = QLatin1String("(ia{sv}av)");
 
@@ -38,6 +39,7 @@ private:
 
     int _itemsLeft = maximalItems;
     qint64 _pixelsLeft = maximalPixels;
+    qint64 _bytesLeft = maximalBytes;
     QSet<int> _ids { 0 };
 };
 
@@ -137,7 +139,8 @@ bool Reader::_isAffordable(const QByteArray &png)
     if (width > maximalPictureSide || height > maximalPictureSide)
         return false;
     _pixelsLeft -= qint64(width) * height;
-    return _pixelsLeft >= 0;
+    _bytesLeft -= png.size();
+    return _pixelsLeft >= 0 && _bytesLeft >= 0;
 }
 
 // Of several ways to press it the first.

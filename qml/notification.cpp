@@ -169,9 +169,9 @@ QString Notification::iconSource() const
         return *_picture;
     const auto name = std::find_if(_icons.begin(), _icons.end(),
                                    [](const QString &icon) { return localFile(icon).isEmpty(); });
-    if (name != _icons.end() || desktopEntry.isEmpty())
-        return ::iconSource(name == _icons.end() ? QString() : *name);
-    return ApplicationList::shared()->iconSource(desktopEntry);
+    if (name != _icons.end())
+        return ::iconSource(*name);
+    return desktopEntry.isEmpty() ? QString() : ApplicationList::shared()->iconSource(desktopEntry);
 }
 
 QString Notification::styledBody() const

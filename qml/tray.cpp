@@ -11,6 +11,7 @@
 Tray::Tray(QObject *parent)
     : QAbstractListModel(parent)
 {
+    _collator.setCaseSensitivity(Qt::CaseInsensitive);
     connect(&_registry, &TrayRegistry::itemRegistered, this, &Tray::_add);
     connect(&_registry, &TrayRegistry::itemUnregistered, this, &Tray::_remove);
     connect(&_registry, &TrayRegistry::registeredChanged, this, &Tray::registeredChanged);
@@ -42,8 +43,9 @@ int Tray::rowCount(const QModelIndex &parent) const
 
 QVariant Tray::data(const QModelIndex &index, int role) const
 {
-    return checkIndex(index, CheckIndexOption::IndexIsValid) ? _rows.at(index.row())->value(role)
-                                                             : QVariant();
+    return checkIndex(index, CheckIndexOption::IndexIsValid)
+                   ? _rows.at(index.row()).item->value(role)
+                   : QVariant();
 }
 
 QHash<int, QByteArray> Tray::roleNames() const
@@ -71,7 +73,7 @@ QVariantMap Tray::get(int row) const
         return values;
     const QHash<int, QByteArray> names = roleNames();
     for (auto name = names.cbegin(); name != names.cend(); ++name)
-        values.insert(QString::fromLatin1(name.value()), _rows.at(row)->value(name.key()));
+        values.insert(QString::fromLatin1(name.value()), _rows.at(row).item->value(name.key()));
     return values;
 }
 
@@ -114,19 +116,19 @@ void Tray::_hearItem(const QDBusMessage &signal)
     }
 }
 
-void Tray::_add(const TrayAddress &address)
+void Tray::_add(const TrayAddress &address, const QString &owner)
 {
     const QString key = address.text();
     if (TrayItem *known = _find(key)) {
         known->refresh();
         return;
     }
-    auto *item = new TrayItem(address, this);
+    auto *item = new TrayItem(address, owner, this);
     _items.append(item);
     connect(item, &TrayItem::shownChanged, this,
             [this, item] { item->isShown() ? _show(item) : _hide(item); });
     connect(item, &TrayItem::changed, this, [this, item](const QVector<int> &roles) {
-        const QModelIndex changed = index(_rows.indexOf(item));
+        const QModelIndex changed = index(_rowOf(item));
         if (changed.isValid())
             Q_EMIT dataChanged(changed, changed, roles);
     });
@@ -140,29 +142,53 @@ void Tray::_remove(const TrayAddress &address)
     if (!item)
         return;
     _items.removeOne(item);
-    _hide(item);
     item->disconnect(this);
     item->deleteLater();
+    _hide(item);
 }
 
 void Tray::_show(TrayItem *item)
 {
-    const auto isShown = [](const TrayItem *other) { return other->isShown(); };
-    const auto end = _items.cbegin() + _items.indexOf(item);
-    const int row = int(std::count_if(_items.cbegin(), end, isShown));
+    static const QStringList categories { QStringLiteral("ApplicationStatus"),
+                                          QStringLiteral("Communications"),
+                                          QStringLiteral("SystemServices"),
+                                          QStringLiteral("Hardware") };
+    const int category = categories.indexOf(item->value(TrayItem::CategoryRole).toString());
+    const QString title = item->value(TrayItem::TitleRole).toString();
+    const Row shown { item, category < 0 ? categories.size() : category,
+                      title.isEmpty() ? item->value(TrayItem::ItemIdRole).toString() : title };
+    const auto place = std::upper_bound(
+            _rows.cbegin(), _rows.cend(), shown,
+            [this](const Row &one, const Row &other) { return _isBefore(one, other); });
+    const int row = int(place - _rows.cbegin());
     beginInsertRows({}, row, row);
-    _rows.insert(row, item);
+    _rows.insert(row, shown);
     endInsertRows();
 }
 
 void Tray::_hide(TrayItem *item)
 {
-    const int row = _rows.indexOf(item);
+    const int row = _rowOf(item);
     if (row < 0)
         return;
     beginRemoveRows({}, row, row);
     _rows.removeAt(row);
     endRemoveRows();
+}
+
+bool Tray::_isBefore(const Row &one, const Row &other) const
+{
+    if (one.category != other.category)
+        return one.category < other.category;
+    const int order = _collator.compare(one.title, other.title);
+    return order != 0 ? order < 0 : one.item->address().text() < other.item->address().text();
+}
+
+int Tray::_rowOf(const TrayItem *item) const
+{
+    const auto found = std::find_if(_rows.cbegin(), _rows.cend(),
+                                    [item](const Row &row) { return row.item == item; });
+    return found == _rows.cend() ? -1 : int(found - _rows.cbegin());
 }
 
 TrayItem *Tray::_find(const QString &key) const

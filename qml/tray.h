@@ -3,6 +3,7 @@
 #include "trayregistry.h"
 
 #include <QAbstractListModel>
+#include <QCollator>
 #include <QVariantMap>
 #include <QVector>
 
@@ -14,8 +15,12 @@ class TrayMenu;
 //
 // It takes part in the StatusNotifierItem protocol as a host. It uses the registry of another process
 // where there is one, and keeps the registry itself where there is none and once that one has left.
-// Rows stand in the order in which the items registered. An item has its row from its first answer
-// on; one that answers with an error has none, one that does not answer has one after three seconds.
+// An item has its row from its first answer on; one that answers with an error has none, one that does
+// not answer has one after three seconds. Of one program 64 items are taken, of all together 500.
+//
+// Rows stand in the order of their categories (as below, then others), in each by title, or by itemId
+// without one, and of the same title by key. A title that changes later, as those of players do, leaves
+// its row where it is: what stands under the pointer does not move.
 //
 // Role          | Type    | Meaning
 // key           | string  | bus name and object path: unique, and the same as long as the item lives
@@ -80,13 +85,23 @@ private Q_SLOTS:
     void _hearItem(const QDBusMessage &signal);
 
 private:
-    void _add(const TrayAddress &address);
+    struct Row
+    {
+        TrayItem *item;
+        int category;
+        QString title; // As the item came with it.
+    };
+
+    void _add(const TrayAddress &address, const QString &owner);
     void _remove(const TrayAddress &address);
     void _show(TrayItem *item);
     void _hide(TrayItem *item);
     TrayItem *_find(const QString &key) const;
+    int _rowOf(const TrayItem *item) const;
+    bool _isBefore(const Row &one, const Row &other) const;
 
     TrayRegistry _registry;
     QVector<TrayItem *> _items; // All that are registered, and
-    QVector<TrayItem *> _rows;  // those that have a row, in the same order.
+    QVector<Row> _rows;         // those that have a row.
+    QCollator _collator;
 };

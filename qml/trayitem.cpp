@@ -1,19 +1,13 @@
 #include "trayitem.h"
 
 #include "asynccall.h"
-#include "iconsource.h"
-#include "styledbody.h"
-#include "traymenu.h"
+#include "trayvalues.h"
 
-#include <QDBusArgument>
 #include <QDBusError>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QIcon>
-#include <QTextDocument>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -24,167 +18,64 @@ using namespace std::chrono_literals;
 constexpr auto patience = 3s;
 // Items announce one change in several signals, and some animate their icon.
 constexpr auto pause = 30ms;
+constexpr auto longestPause = 10s;
+constexpr auto firstRetry = 500ms; // And twice that from then on.
 
 QString interfaceName()
 {
     return QStringLiteral("org.kde.StatusNotifierItem");
 }
 
-// Empty for another type; of what is longer than anyone reads, the beginning.
-QString text(const QVariant &value)
-{
-    constexpr int maximalLength = 1000;
-    return value.type() == QVariant::String ? value.toString().left(maximalLength) : QString();
-}
-
-QString text(const QVariantMap &properties, const char *name)
-{
-    return text(properties.value(QLatin1String(name)));
-}
-
-// a{sv}, read by hand: an item that sends millions of properties is not waited for.
-QVariantMap readProperties(const QDBusMessage &answer)
-{
-    const QVariant value = answer.arguments().value(0);
-    if (!value.canConvert<QDBusArgument>())
-        return value.toMap(); // Of an item in this process.
-    const auto argument = value.value<QDBusArgument>();
-    QVariantMap properties;
-    if (argument.currentSignature() != QLatin1String("a{sv}"))
-        return properties;
-    constexpr int maximalNumber = 100;
-    argument.beginMap();
-    for (int i = 0; i < maximalNumber && !argument.atEnd(); ++i) {
-        QString name;
-        QDBusVariant property;
-        argument.beginMapEntry();
-        argument >> name >> property;
-        argument.endMapEntry();
-        properties.insert(name, property.variant());
-    }
-    argument.endMap(); // Else the message stays in memory, here and below.
-    return properties;
-}
-
-// As plain text, although items may write the second part in a subset of HTML.
-QString readToolTip(const QVariant &value)
-{
-    const auto argument = value.value<QDBusArgument>();
-    if (argument.currentSignature() != QLatin1String("(sa(iiay)ss)"))
-        return {};
-    argument.beginStructure();
-    argument.asVariant(); // The icon's name
-    argument.asVariant(); // and its pictures.
-    const QString title = text(argument.asVariant());
-    QString body = text(argument.asVariant());
-    argument.endStructure();
-    if (Qt::mightBeRichText(body))
-        body = plainText(body);
-    return title.isEmpty() || body.isEmpty() ? title + body : title + QLatin1Char('\n') + body;
-}
-
-QString readStatus(const QVariantMap &properties)
-{
-    const QString status = text(properties, "Status");
-    const bool known
-            = status == QLatin1String("Passive") || status == QLatin1String("NeedsAttention");
-    return known ? status : QStringLiteral("Active");
-}
-
-// Without a menu some name no object, some "/", and some this one.
-QString readMenuPath(const QVariantMap &properties)
-{
-    const QVariant value = properties.value(QStringLiteral("Menu"));
-    const QString path = value.userType() == qMetaTypeId<QDBusObjectPath>()
-                                 ? value.value<QDBusObjectPath>().path()
-                                 : text(value);
-    const bool none = path == QLatin1String("/") || path == QLatin1String("/NO_DBUSMENU");
-    return none || !TrayAddress::isObjectPath(path) ? QString() : path;
-}
-
-bool readBool(const QVariantMap &properties, const char *name)
-{
-    const QVariant value = properties.value(QLatin1String(name));
-    return value.type() == QVariant::Bool && value.toBool();
-}
-
-struct Icon
-{
-    bool isEmpty() const { return source.isEmpty() && image.isNull(); }
-
-    QString source; // Of an icon with a name,
-    QImage image;   // or of one without.
-};
-
-// A name is preferred, but for one that stands for nothing here while there are pixels.
-bool isKnown(const QString &name, const QString &themePath)
-{
-    return !themePath.isEmpty() || name.startsWith(QLatin1Char('/')) || QIcon::hasThemeIcon(name);
-}
-
-// Of the properties that begin with the kind: none, "Attention" or "Overlay".
-Icon readIcon(const QVariantMap &properties, const char *kind)
-{
-    const QString prefix = QLatin1String(kind);
-    const QString name = text(properties.value(prefix + QLatin1String("IconName")));
-    const QString themePath = text(properties, "IconThemePath");
-    const QImage image = trayImage(properties.value(prefix + QLatin1String("IconPixmap")));
-    if (!image.isNull() && (name.isEmpty() || !isKnown(name, themePath)))
-        return { {}, image };
-    return { iconSource(name, themePath), {} };
-}
-
-QString show(const Icon &icon, TrayPicture &picture)
-{
-    const QString pixels = picture.show(icon.image);
-    return icon.image.isNull() ? icon.source : pixels;
-}
-
-QString firstOf(const QStringList &texts)
-{
-    for (const QString &text : texts) {
-        if (!text.isEmpty())
-            return text;
-    }
-    return {};
-}
-
 } // namespace
 
-TrayItem::TrayItem(const TrayAddress &address, QObject *parent)
+TrayItem::TrayItem(const TrayAddress &address, const QString &owner, QObject *parent)
     : QObject(parent)
     , _address(address)
+    , _owner(owner)
+    , _reading(owner, address.path, QStringLiteral("org.freedesktop.DBus.Properties"),
+               QStringLiteral("GetAll"), { interfaceName() })
 {
-    if (address.service.startsWith(QLatin1Char(':')))
-        _owner = address.service;
+    connect(&_icon, &TrayIconSource::changed, this, [this] {
+        _set(IconSourceRole, _icon.source());
+        _announce();
+    });
+    connect(&_overlay, &TrayIconSource::changed, this, [this] {
+        _set(OverlaySourceRole, _overlay.source());
+        _announce();
+    });
     _set(KeyRole, address.text());
     _set(RespondsRole, true);
-    _takeValues({});
+    _takeValues(readTrayValues({}));
     _changed.clear();
 
+    connect(&_reading, &PatientCall::answered, this, &TrayItem::_take);
     _pause.setSingleShot(true);
     _pause.setInterval(pause);
     connect(&_pause, &QTimer::timeout, this, &TrayItem::_read);
     _patience.setSingleShot(true);
     _patience.setInterval(patience);
     connect(&_patience, &QTimer::timeout, this, &TrayItem::_miss);
+    _retry.setSingleShot(true);
+    _retry.setInterval(firstRetry);
+    connect(&_retry, &QTimer::timeout, this, &TrayItem::refresh);
     _read();
 }
 
 TrayMenu *TrayItem::menu()
 {
-    if (_menuPath.isEmpty())
+    if (!value(HasMenuRole).toBool())
         return nullptr;
     if (!_menu) {
         _menu = new TrayMenu(this);
-        _aimMenu();
+        _menu->setService(_owner);
+        _menu->setPath(_menuPath);
     }
     return _menu;
 }
 
 void TrayItem::refresh()
 {
-    if (_waiting)
+    if (_reading.isWaiting())
         _outdated = true;
     else if (!_pause.isActive())
         _pause.start();
@@ -203,9 +94,10 @@ void TrayItem::activate(int x, int y)
                          return;
                      _hasMenuAlone = true;
                      _set(IsMenuRole, true);
+                     const QPointer<TrayItem> self(this);
                      _announce();
                      // Long after the click a menu would come as a surprise.
-                     if (!deadline.hasExpired())
+                     if (self && !deadline.hasExpired())
                          contextMenu(x, y);
                  });
 }
@@ -217,87 +109,124 @@ void TrayItem::secondaryActivate(int x, int y)
 
 void TrayItem::contextMenu(int x, int y)
 {
-    if (_menuPath.isEmpty())
-        _call(QStringLiteral("ContextMenu"), { x, y });
-    else
+    if (value(HasMenuRole).toBool())
         Q_EMIT menuRequested(x, y);
+    else
+        _call(QStringLiteral("ContextMenu"), { x, y });
 }
 
 void TrayItem::scroll(int delta, const QString &orientation)
 {
-    _call(QStringLiteral("Scroll"), { delta, orientation });
+    // Where GTK's indicators say so in their paths, a number above zero is down.
+    const bool isReversed = _address.path.startsWith(QLatin1String("/org/ayatana/"));
+    _call(QStringLiteral("Scroll"), { isReversed ? -delta : delta, orientation });
 }
 
 void TrayItem::_read()
 {
-    _waiting = true;
     _outdated = false;
+    _retry.stop();
     _patience.start();
-    whenAnswered(callAsync(_address.service, _address.path,
-                           QStringLiteral("org.freedesktop.DBus.Properties"),
-                           QStringLiteral("GetAll"), { interfaceName() }),
-                 this, [this](const QDBusMessage &answer) { _take(answer); });
+    _reading.ask();
 }
 
+// After each announcement the item may have gone.
 void TrayItem::_take(const QDBusMessage &answer)
 {
     QElapsedTimer clock;
     clock.start();
-    _waiting = false;
     _patience.stop();
-    _set(RespondsRole, true);
+    const QPointer<TrayItem> self(this);
     const bool answered = answer.type() == QDBusMessage::ReplyMessage;
-    if (answered) {
-        _owner = answer.service();
-        _takeValues(readProperties(answer));
-        _aimMenu();
-    }
-    _announce();
+    // Without values it has stood in another place.
+    if (answered && !std::exchange(_hasAnswered, true))
+        _setShown(false);
+    if (!self)
+        return;
+    _set(RespondsRole, true);
+    if (answered)
+        _takeValues(readTrayValues(answer));
+    if (self)
+        _announce();
     // An error says that there is no such object, not yet or not any more.
-    _setShown(answered);
+    if (self)
+        _setShown(answered);
+    if (!self)
+        return;
     // What takes long to read is read the less often.
-    _pause.setInterval(pause + std::chrono::milliseconds(20 * clock.elapsed()));
+    _pause.setInterval(
+            std::min<std::chrono::milliseconds>(longestPause, pause + 20ms * clock.elapsed()));
     if (_outdated)
         refresh();
+    else if (!answered)
+        _tryAgain();
 }
 
 void TrayItem::_miss()
 {
     _set(RespondsRole, false);
+    const QPointer<TrayItem> self(this);
     _announce();
-    _setShown(true);
+    if (self)
+        _setShown(true);
 }
 
-void TrayItem::_takeValues(const QVariantMap &properties)
+void TrayItem::_takeValues(const TrayValues &values)
 {
-    _menuPath = readMenuPath(properties);
-    const QString id = text(properties, "Id");
-    const QString title = text(properties, "Title");
-    const QString toolTip = readToolTip(properties.value(QStringLiteral("ToolTip")));
-    const QString status = readStatus(properties);
-    _set(ItemIdRole, id);
-    _set(TitleRole, title);
-    _set(StatusRole, status);
-    _set(CategoryRole, text(properties, "Category"));
-    Icon icon;
-    if (status == QLatin1String("NeedsAttention"))
-        icon = readIcon(properties, "Attention");
-    if (icon.isEmpty())
-        icon = readIcon(properties, "");
-    _set(IconSourceRole, show(icon, _icon));
-    _set(OverlaySourceRole, show(readIcon(properties, "Overlay"), _overlay));
-    _set(LabelRole, text(properties, "XAyatanaLabel"));
-    _set(ToolTipRole, firstOf({ toolTip, title, id }));
-    _set(HasMenuRole, !_menuPath.isEmpty());
-    _set(IsMenuRole, _hasMenuAlone || readBool(properties, "ItemIsMenu"));
+    _set(ItemIdRole, values.id);
+    _set(TitleRole, values.title);
+    _set(StatusRole, values.status);
+    _set(CategoryRole, values.category);
+    _icon.show(values.icon);
+    _set(IconSourceRole, _icon.source());
+    _overlay.show(values.overlay);
+    _set(OverlaySourceRole, _overlay.source());
+    _set(LabelRole, values.label);
+    _set(ToolTipRole, values.toolTip);
+    _set(IsMenuRole, _hasMenuAlone || values.isMenu);
+    _setMenuPath(values.menuPath);
 }
 
-void TrayItem::_aimMenu()
+void TrayItem::_setMenuPath(const QString &path)
 {
-    if (!_menu)
+    const bool isNew = std::exchange(_menuPath, path) != path;
+    if (isNew)
+        _isMenuRefused = false;
+    _set(HasMenuRole, !path.isEmpty() && !_isMenuRefused);
+    if (!path.isEmpty() && (isNew || _isMenuRefused))
+        _probeMenu();
+    if (isNew && _menu)
+        _menu->setPath(path);
+}
+
+// Some menus speak org.gtk.Menus alone, which is told by asking for nothing but the root.
+void TrayItem::_probeMenu()
+{
+    constexpr int root = 0;
+    constexpr int noLevels = 0;
+    const QVariantList arguments { root, noLevels, QStringList(QStringLiteral("type")) };
+    whenAnswered(callAsync(_owner, _menuPath, QStringLiteral("com.canonical.dbusmenu"),
+                           QStringLiteral("GetLayout"), arguments),
+                 this, [this, path = _menuPath](const QDBusMessage &answer) {
+                     const QDBusError::ErrorType error = QDBusError(answer).type();
+                     if (path != _menuPath)
+                         return;
+                     _isMenuRefused = error == QDBusError::UnknownMethod
+                                      || error == QDBusError::UnknownInterface;
+                     if (_isMenuRefused)
+                         _tryAgain();
+                     _set(HasMenuRole, !_isMenuRefused);
+                     _announce();
+                 });
+}
+
+// A few times, with pauses that grow.
+void TrayItem::_tryAgain()
+{
+    if (_retry.isActive() || _retriesLeft == 0)
         return;
-    _menu->setService(_owner);
-    _menu->setPath(_menuPath);
+    --_retriesLeft;
+    _retry.start(2 * _retry.interval());
 }
 
 void TrayItem::_set(int role, const QVariant &value)

@@ -1,23 +1,27 @@
 #pragma once
 
+#include "patientcall.h"
 #include "trayaddress.h"
-#include "traypicture.h"
+#include "trayiconsource.h"
+#include "traymenu.h"
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QVariant>
 #include <QVector>
 
 class QDBusMessage;
 class QDBusPendingCall;
-class TrayMenu;
+struct TrayValues;
 
 // One item of the tray: its values as it told them last, and the calls to it. Nothing waits for it.
 //
-// All values are read in one call, again shortly after the item has said that some have changed, and
-// never by two calls at a time. An item that leaves the call unanswered for three seconds keeps its
-// values and does not respond, until it answers.
+// All values are read in one call, again shortly after the item has said that some have changed. An
+// item that leaves the call unanswered for three seconds keeps its values and does not respond, until
+// it answers. One that answers with an error may be there only later: it is asked again a few times,
+// and whenever it says that something has changed.
 class TrayItem : public QObject
 {
     Q_OBJECT
@@ -38,11 +42,11 @@ public:
         RespondsRole,
     };
 
-    explicit TrayItem(const TrayAddress &address, QObject *parent = nullptr);
+    // The owner is the unique name of its program.
+    TrayItem(const TrayAddress &address, const QString &owner, QObject *parent = nullptr);
 
     const TrayAddress &address() const { return _address; }
-    // The unique name of its program; empty until it has answered, unless it registered by that.
-    QString owner() const { return _owner; }
+    const QString &owner() const { return _owner; }
     // Whether there is something to show: it has answered with its values, or does not answer.
     bool isShown() const { return _shown; }
     QVariant value(int role) const { return _values.value(role); }
@@ -67,25 +71,31 @@ private:
     void _read();
     void _take(const QDBusMessage &answer);
     void _miss();
-    void _takeValues(const QVariantMap &properties);
-    void _aimMenu();
+    void _takeValues(const TrayValues &values);
+    void _setMenuPath(const QString &path);
+    void _probeMenu();
+    void _tryAgain();
     void _set(int role, const QVariant &value);
     void _announce();
     void _setShown(bool shown);
     QDBusPendingCall _call(const QString &method, const QVariantList &arguments);
 
     const TrayAddress _address;
-    QString _owner;
+    const QString _owner;
     QString _menuPath; // Empty without a menu.
-    TrayMenu *_menu = nullptr;
+    QPointer<TrayMenu> _menu;
     QHash<int, QVariant> _values;
     QVector<int> _changed;
-    TrayPicture _icon;
-    TrayPicture _overlay;
+    TrayIconSource _icon;
+    TrayIconSource _overlay;
+    PatientCall _reading;
     QTimer _pause;    // From the first change to the call,
     QTimer _patience; // and from there to its answer.
+    QTimer _retry;
+    int _retriesLeft = 5;
     bool _shown = false;
-    bool _waiting = false;
+    bool _hasAnswered = false;
     bool _outdated = false;
+    bool _isMenuRefused = false;
     bool _hasMenuAlone = false;
 };

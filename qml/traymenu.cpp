@@ -2,20 +2,31 @@
 
 #include "iconsource.h"
 #include "menuclient.h"
+#include "picturereader.h"
 #include "trayaddress.h"
 
+#include <QCryptographicHash>
+
+#include <chrono>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int maximalSide = 64;
 
-QImage readPicture(const QByteArray &png)
+QImage readIcon(const QByteArray &png)
 {
-    const QImage image = QImage::fromData(png, "PNG");
+    const QImage image = readPicture(png);
     if (image.width() <= maximalSide && image.height() <= maximalSide)
         return image;
     return image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+QByteArray digestOf(const QByteArray &data)
+{
+    return QCryptographicHash::hash(data, QCryptographicHash::Sha1);
 }
 
 // An underscore marks the next letter, which may be an underscore.
@@ -28,6 +39,13 @@ QString withoutMnemonics(const QString &label)
         text += label.at(i);
     }
     return text;
+}
+
+// Programs name icons that no theme has: nothing is better than a tile in their place.
+QString themedSource(const QString &icon, const QString &themePath)
+{
+    const QString source = iconSource(icon, themePath);
+    return source.isEmpty() ? source : source + QLatin1String("?missing=empty");
 }
 
 QString text(const QVariantMap &properties, const char *name)
@@ -49,6 +67,7 @@ TrayMenu::TrayMenu(QObject *parent)
     _connecting.setSingleShot(true);
     _connecting.setInterval(0);
     connect(&_connecting, &QTimer::timeout, this, &TrayMenu::_connectToService);
+    _limitOpening();
 }
 
 TrayMenu::TrayMenu(int id, TrayMenu *parent)
@@ -56,6 +75,7 @@ TrayMenu::TrayMenu(int id, TrayMenu *parent)
     , _root(parent->_root)
     , _id(id)
 {
+    _limitOpening();
     _follow(_root->_client);
 }
 
@@ -72,8 +92,10 @@ void TrayMenu::setService(const QString &service)
         return;
     _service = service;
     _connecting.start();
+    const QPointer<TrayMenu> self(this);
     Q_EMIT serviceChanged();
-    _updateLoading();
+    if (self)
+        _updateLoading();
 }
 
 QString TrayMenu::path() const
@@ -87,8 +109,10 @@ void TrayMenu::setPath(const QString &path)
         return;
     _path = path;
     _connecting.start();
+    const QPointer<TrayMenu> self(this);
     Q_EMIT pathChanged();
-    _updateLoading();
+    if (self)
+        _updateLoading();
 }
 
 int TrayMenu::count() const
@@ -134,7 +158,7 @@ QVariant TrayMenu::data(const QModelIndex &index, int role) const
     case CheckedRole:
         return of.value(QStringLiteral("toggle-state")).toInt() == 1;
     case IconSourceRole:
-        return row.pictureSource.isEmpty() ? iconSource(text(of, "icon-name"), _themePath())
+        return row.pictureSource.isEmpty() ? themedSource(text(of, "icon-name"), _themePath())
                                            : row.pictureSource;
     case HasChildrenRole:
         return row.submenu != nullptr;
@@ -188,12 +212,13 @@ TrayMenu *TrayMenu::submenu(int row) const
 void TrayMenu::open()
 {
     _isOpen = true;
-    _opening = true;
-    _updateLoading();
+    if (!std::exchange(_opening, true))
+        _opens.start();
     if (_root->_client)
         _announce();
     else
         _root->_connecting.start();
+    _updateLoading();
 }
 
 void TrayMenu::close()
@@ -201,15 +226,18 @@ void TrayMenu::close()
     if (!std::exchange(_isOpen, false))
         return;
     _opening = false;
-    _updateLoading();
     if (_root->_client)
         _root->_client->sendEvent(_id, QStringLiteral("closed"));
+    _updateLoading();
 }
 
 // Not at once: what a handler of a signal does must not replace the rows that are being announced.
 void TrayMenu::_connectToService()
 {
+    const QPointer<TrayMenu> self(this);
     _setItems({});
+    if (!self)
+        return;
     if (_client) {
         _client->disconnect(this);
         std::exchange(_client, nullptr)->deleteLater();
@@ -223,8 +251,10 @@ void TrayMenu::_connectToService()
         _announce();
     else if (_opening)
         _prepared(_id, false);
-    _updateLoading();
-    Q_EMIT respondsChanged();
+    if (self)
+        _updateLoading();
+    if (self)
+        Q_EMIT respondsChanged();
 }
 
 void TrayMenu::_follow(MenuClient *client)
@@ -238,11 +268,21 @@ void TrayMenu::_follow(MenuClient *client)
     if (_root != this)
         return;
     connect(client, &MenuClient::layoutReceived, this, [this](const MenuItem &menu) {
+        const QPointer<TrayMenu> self(this);
         _setItems(menu.children);
-        _updateLoading();
+        if (self)
+            _updateLoading();
     });
     connect(client, &MenuClient::propertiesReceived, this, &TrayMenu::_setProperties);
     connect(client, &MenuClient::activationRequested, this, &TrayMenu::activationRequested);
+}
+
+void TrayMenu::_limitOpening()
+{
+    constexpr auto patience = 3s;
+    _opens.setSingleShot(true);
+    _opens.setInterval(patience);
+    connect(&_opens, &QTimer::timeout, this, [this] { _prepared(_id, false); });
 }
 
 void TrayMenu::_announce()
@@ -256,13 +296,12 @@ void TrayMenu::_prepared(int id, bool ok)
     if (id != _id || !_opening)
         return;
     _opening = false;
+    const QPointer<TrayMenu> self(this);
     _updateLoading();
-    if (ok) {
-        Q_EMIT opened();
-    } else {
+    if (self && !ok)
         close();
-        Q_EMIT failed();
-    }
+    if (self)
+        ok ? Q_EMIT opened() : Q_EMIT failed();
 }
 
 void TrayMenu::_updateLoading()
@@ -353,13 +392,20 @@ void TrayMenu::_change(int row, const QVariantMap &properties, bool hasItems)
     _removeSubmenu(gone);
 }
 
-// Returns the submenu that the row has no longer.
+// Returns the submenu that the row has no longer. In the place of a picture's data stays what tells
+// it from others, which is smaller.
 QPointer<TrayMenu> TrayMenu::_assign(Row *row, const QVariantMap &properties, bool hasItems)
 {
-    const QVariantMap before = std::exchange(row->properties, properties);
-    const QByteArray png = properties.value(QStringLiteral("icon-data")).toByteArray();
-    if (png != before.value(QStringLiteral("icon-data")).toByteArray())
-        row->pictureSource = row->picture->show(readPicture(png));
+    const QString picture = QStringLiteral("icon-data");
+    const QByteArray digest = row->properties.value(picture).toByteArray();
+    const QByteArray data = properties.value(picture).toByteArray();
+    row->properties = properties;
+    if (data != digest) {
+        const QByteArray other = data.isEmpty() ? data : digestOf(data);
+        row->properties.insert(picture, other);
+        if (other != digest)
+            row->pictureSource = row->picture->show(readIcon(data));
+    }
 
     if (!hasItems && !isSubmenu(properties))
         return std::exchange(row->submenu, {});

@@ -38,10 +38,11 @@ class MenuClient;
     menus only then. Nothing waits for the program, and one that hangs keeps its rows.
 
     A menu comes from a stranger. Taken of it are 2,000 items in 16 levels, texts of 1,000
-    characters, pictures (PNG) of 1 MB and 512 by 512 pixels, together 4 million pixels in a message,
-    kept at 64 by 64 at most. What is beyond that is left out, and so are values of wrong types,
-    items with an id that another one has, and ids below 1. Changes are fetched 20 times a second at
-    most. */
+    characters, pictures (PNG) of 1 MB and 512 by 512 pixels, together 4 MB and 4 million pixels in a
+    message, kept at 64 by 64 at most. What is beyond that is left out, and so are values of wrong
+    types, items with an id that another one has, and ids below 1. Changes are taken 20 times a second
+    at most, and the less often the longer they take. A layout that the program owes is asked for
+    again after 30 seconds. */
 class TrayMenu : public QAbstractListModel
 {
     Q_OBJECT
@@ -137,6 +138,7 @@ private:
 
     void _connectToService();
     void _follow(MenuClient *client);
+    void _limitOpening();
     void _announce();
     void _prepared(int id, bool ok);
     void _updateLoading();
@@ -158,6 +160,7 @@ private:
     QString _service;
     QString _path;
     QTimer _connecting;
+    QTimer _opens; // While it does, no longer than it may take.
     MenuClient *_client = nullptr;
     std::vector<Row> _rows;
     RowWalk<TrayMenu> _walk { this };

@@ -1,17 +1,23 @@
 #include "trayregistry.h"
 
 #include "asynccall.h"
+#include "busreader.h"
+#include "patientcall.h"
 #include "traywatcher.h"
 
 #include <QCoreApplication>
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusVariant>
+#include <QPointer>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 
 namespace {
+
+// More than anyone looks at.
+constexpr int mostListed = 1000;
 
 // The bus name of the registry and its interface, which are one text.
 QString registryName()
@@ -55,22 +61,17 @@ bool isNameOurs(const QDBusMessage &answer)
 TrayRegistry::TrayRegistry(QObject *parent)
     : QObject(parent)
     , _hostName(newHostName())
-    , _registryOwner(registryName(), QDBusConnection::sessionBus(),
-                     QDBusServiceWatcher::WatchForOwnerChange)
-    , _itemOwners(QString(), QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
 {
-    connect(&_registryOwner, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString &, const QString &, const QString &owner) { _follow(owner); });
-    connect(&_itemOwners, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString &service, const QString &before) {
-                if (!before.isEmpty())
-                    _removeService(service);
-            });
+    keepReadingSessionBus();
+    connect(&_items, &TrayItems::added, this, &TrayRegistry::_tell);
+    connect(&_items, &TrayItems::removed, this, &TrayRegistry::_tellOfRemoval);
+    connect(&_names, &BusNames::ownerKnown, this,
+            [this](const QString &, const QString &owner) { _follow(owner); });
     // From whoever keeps the registry: a subscription by its name would wait for the bus.
     QDBusConnection::sessionBus().connect(QString(), registryPath(), registryName(), QString(),
                                           this, SLOT(_hearRegistry(QDBusMessage)));
     requestName(_hostName);
-    whenOwnerKnown(registryName(), this, [this](const QString &owner) { _follow(owner); });
+    _names.follow(registryName());
 }
 
 TrayRegistry::~TrayRegistry()
@@ -83,18 +84,20 @@ TrayRegistry::~TrayRegistry()
 void TrayRegistry::_follow(const QString &owner)
 {
     _owner = owner;
-    _setRegistered(false);
-    _setOwnerProcess({});
-    if (owner.isEmpty()) {
+    delete std::exchange(_list, nullptr);
+    const bool isOurs = owner == QDBusConnection::sessionBus().baseService();
+    if (owner.isEmpty() || isOurs)
         _keepRegistry();
-    } else if (owner == QDBusConnection::sessionBus().baseService()) {
-        _keepRegistry();
-        _register();
-    } else {
+    else
         _watcher.reset();
+    if (!owner.isEmpty())
         _register();
+    if (!owner.isEmpty() && !isOurs)
         _askForProcess();
-    }
+    const QPointer<TrayRegistry> self(this);
+    _setRegistered(false);
+    if (self)
+        _setOwnerProcess({});
 }
 
 // Items that register only once are taken over from the registry before.
@@ -104,7 +107,8 @@ void TrayRegistry::_keepRegistry()
     // Not while this or another tray of this process does.
     if (!QDBusConnection::sessionBus().registerObject(registryPath(), watcher.get()))
         return;
-    for (const TrayAddress &item : qAsConst(_items))
+    const QVector<TrayAddress> items = _items.items();
+    for (const TrayAddress &item : items)
         watcher->add(item);
     _watcher = std::move(watcher);
     whenAnswered(requestName(registryName()), this, [this](const QDBusMessage &answer) {
@@ -119,10 +123,10 @@ void TrayRegistry::_keepRegistry()
 void TrayRegistry::_findItems()
 {
     whenAnswered(callBus(QStringLiteral("ListNames")), this, [this](const QDBusMessage &answer) {
-        static const QRegularExpression itemName(
-                QStringLiteral("^org\\.(quorvane\\..+|kde\\.StatusNotifierItem)-\\d+(-\\d+)?\\z"));
+        static const QRegularExpression itemName(QStringLiteral(
+                "^org\\.(quorvane\\..+|(kde|freedesktop)\\.StatusNotifierItem)-\\d+(-\\d+)?\\z"));
         const QStringList names = answer.arguments().value(0).toStringList().filter(itemName);
-        for (const QString &name : names) {
+        for (const QString &name : names.mid(0, mostListed)) {
             if (_watcher)
                 _watcher->add(TrayAddress::fromText(name));
         }
@@ -132,21 +136,39 @@ void TrayRegistry::_findItems()
 // As a host. Subscribed to its signals already, no item is missed that comes while the list is read.
 void TrayRegistry::_register()
 {
-    const QString owner = _owner;
-    callAsync(owner, registryPath(), registryName(), QStringLiteral("RegisterStatusNotifierHost"),
+    callAsync(_owner, registryPath(), registryName(), QStringLiteral("RegisterStatusNotifierHost"),
               { _hostName });
     const QVariantList property { registryName(), QStringLiteral("RegisteredStatusNotifierItems") };
-    whenAnswered(callAsync(owner, registryPath(), QStringLiteral("org.freedesktop.DBus.Properties"),
-                           QStringLiteral("Get"), property),
-                 this, [this, owner](const QDBusMessage &answer) {
-                     if (owner != _owner || answer.type() != QDBusMessage::ReplyMessage)
+    _list = new PatientCall(_owner, registryPath(),
+                            QStringLiteral("org.freedesktop.DBus.Properties"),
+                            QStringLiteral("Get"), property, this);
+    connect(_list, &PatientCall::answered, this, [this](const QDBusMessage &answer) {
+        if (answer.type() != QDBusMessage::ReplyMessage)
+            return;
+        const QVariant value = answer.arguments().value(0).value<QDBusVariant>().variant();
+        _takeItems(value.toStringList());
+    });
+    _list->ask();
+}
+
+// A registry may list what has long gone: only names that are there are asked about one by one.
+void TrayRegistry::_takeItems(const QStringList &items)
+{
+    const QStringList texts = items.mid(0, mostListed);
+    whenAnswered(callBus(QStringLiteral("ListNames")), this,
+                 [this, texts, owner = _owner](const QDBusMessage &answer) {
+                     if (owner != _owner)
                          return;
-                     const QVariant value
-                             = answer.arguments().value(0).value<QDBusVariant>().variant();
-                     const QStringList items = value.toStringList();
-                     for (const QString &item : items)
-                         _add(TrayAddress::fromText(item));
-                     _setRegistered(true);
+                     const QStringList list = answer.arguments().value(0).toStringList();
+                     const QSet<QString> names(list.cbegin(), list.cend());
+                     const QPointer<TrayRegistry> self(this);
+                     for (const QString &text : texts) {
+                         const TrayAddress item = TrayAddress::fromText(text);
+                         if (self && names.contains(item.service))
+                             _add(item);
+                     }
+                     if (self)
+                         _setRegistered(true);
                  });
 }
 
@@ -166,42 +188,47 @@ void TrayRegistry::_hearRegistry(const QDBusMessage &signal)
     if (signal.member() == QLatin1String("StatusNotifierItemRegistered"))
         _add(item);
     else if (signal.member() == QLatin1String("StatusNotifierItemUnregistered"))
-        _remove(item);
+        _items.remove(item);
 }
 
 void TrayRegistry::_add(const TrayAddress &item)
 {
-    // More than anyone looks at: a registry that names more is broken or hostile.
-    constexpr int maximalItems = 500;
-    if (!item.isValid())
-        return;
-    if (!_items.contains(item)) {
-        if (_items.size() == maximalItems)
-            return;
-        _items.append(item);
-        _itemOwners.addWatchedService(item.service);
-    }
-    Q_EMIT itemRegistered(item);
+    if (_items.contains(item))
+        _tell(item);
+    else
+        _items.add(item);
 }
 
-void TrayRegistry::_remove(const TrayAddress &item)
+void TrayRegistry::_tell(const TrayAddress &address)
 {
-    if (!_items.removeOne(item))
-        return;
-    const auto isOfService
-            = [&item](const TrayAddress &other) { return other.service == item.service; };
-    if (std::none_of(_items.cbegin(), _items.cend(), isOfService))
-        _itemOwners.removeWatchedService(item.service);
-    Q_EMIT itemUnregistered(item);
+    const QString owner = _items.owner(address);
+    const auto known = std::find_if(_told.cbegin(), _told.cend(), [&](const Item &item) {
+        return item.owner == owner && item.address.path == address.path;
+    });
+    // Under another name it is the same item.
+    const TrayAddress toldAs = known == _told.cend() ? address : known->address;
+    if (known == _told.cend())
+        _told.append({ address, owner });
+    Q_EMIT itemRegistered(toldAs, owner);
 }
 
-void TrayRegistry::_removeService(const QString &service)
+void TrayRegistry::_tellOfRemoval(const TrayAddress &address)
 {
-    const QVector<TrayAddress> items = _items;
-    for (const TrayAddress &item : items) {
-        if (item.service == service)
-            _remove(item);
-    }
+    const auto told = std::find_if(_told.cbegin(), _told.cend(), [&address](const Item &item) {
+        return item.address == address;
+    });
+    if (told == _told.cend())
+        return;
+    const Item item = *told;
+    _told.erase(_told.begin() + (told - _told.cbegin()));
+    const QPointer<TrayRegistry> self(this);
+    Q_EMIT itemUnregistered(address);
+    const QVector<TrayAddress> left = self ? _items.items() : QVector<TrayAddress>();
+    const auto other = std::find_if(left.cbegin(), left.cend(), [&](const TrayAddress &each) {
+        return each.path == address.path && _items.owner(each) == item.owner;
+    });
+    if (other != left.cend())
+        _tell(*other); // It has another name still.
 }
 
 void TrayRegistry::_setRegistered(bool registered)

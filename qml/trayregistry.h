@@ -1,14 +1,15 @@
 #pragma once
 
-#include "trayaddress.h"
+#include "busnames.h"
+#include "trayitems.h"
 
-#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QVariantMap>
 #include <QVector>
 
 #include <memory>
 
+class PatientCall;
 class QDBusMessage;
 class TrayWatcher;
 
@@ -17,7 +18,7 @@ class TrayWatcher;
 //
 // An item stays from its registration until its bus name loses its owner, or the registry says that
 // it has gone. It stays when the registry leaves or is replaced, with all that programs which
-// register only once would lose otherwise.
+// register only once would lose otherwise. One that has registered under two names is told of once.
 class TrayRegistry : public QObject
 {
     Q_OBJECT
@@ -32,8 +33,8 @@ public:
     QVariantMap owner() const { return _ownerProcess; }
 
 Q_SIGNALS:
-    // Again for an item that registers again.
-    void itemRegistered(const TrayAddress &item);
+    // Again for an item that registers again. The owner is the unique name of its program.
+    void itemRegistered(const TrayAddress &item, const QString &owner);
     void itemUnregistered(const TrayAddress &item);
     void registeredChanged();
     void ownerChanged();
@@ -42,23 +43,32 @@ private Q_SLOTS:
     void _hearRegistry(const QDBusMessage &signal);
 
 private:
+    // One that was told of.
+    struct Item
+    {
+        TrayAddress address;
+        QString owner;
+    };
+
     void _follow(const QString &owner);
     void _keepRegistry();
     void _findItems();
     void _register();
+    void _takeItems(const QStringList &items);
     void _askForProcess();
     void _add(const TrayAddress &item);
-    void _remove(const TrayAddress &item);
-    void _removeService(const QString &service);
+    void _tell(const TrayAddress &address);
+    void _tellOfRemoval(const TrayAddress &address);
     void _setRegistered(bool registered);
     void _setOwnerProcess(const QVariantMap &process);
 
     const QString _hostName;
-    QVector<TrayAddress> _items;
-    QDBusServiceWatcher _registryOwner;
-    QDBusServiceWatcher _itemOwners;
+    TrayItems _items;
+    QVector<Item> _told;
+    BusNames _names;
     QString _owner; // The unique name of who keeps the registry.
     QVariantMap _ownerProcess;
     bool _registered = false;
+    PatientCall *_list = nullptr;
     std::unique_ptr<TrayWatcher> _watcher;
 };

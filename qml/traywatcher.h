@@ -1,20 +1,19 @@
 #pragma once
 
-#include "trayaddress.h"
+#include "trayitems.h"
 
 #include <QDBusContext>
-#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QStringList>
-#include <QVector>
 
 // The registry of the tray as programs find it on the bus, org.kde.StatusNotifierWatcher: the object
 // of a process that keeps it. Bus name and object path are the business of who creates it.
 //
 // An item registers by a bus name, its unique name, or an object path; it is listed as bus name and
-// path, in order of arrival, and leaves with the owner of its name. A name without an owner is
-// ignored; a text that is neither name nor path, and more than 64 items of one program, are refused
-// with an error. That a host is registered is always true: whoever keeps this registry is one.
+// path, in order of arrival, and leaves with the owner of its name and with the connection that it
+// was registered over. A name without an owner and that of another process are ignored; a text that is
+// neither name nor path, and more than 64 items of one program, are refused with an error. That a
+// host is registered is always true: whoever keeps this registry is one.
 class TrayWatcher
     : public QObject
     , protected QDBusContext
@@ -35,7 +34,7 @@ public:
     void RegisterStatusNotifierItem(const QString &serviceOrPath);
     void RegisterStatusNotifierHost(const QString &service);
     // Lists an item that was registered elsewhere, if its name has an owner.
-    void add(const TrayAddress &item, const QString &caller = {});
+    void add(const TrayAddress &item) { _items.add(item); }
 
 Q_SIGNALS:
     void StatusNotifierItemRegistered(const QString &item);
@@ -45,17 +44,5 @@ Q_SIGNALS:
     void registeredItemsChanged();
 
 private:
-    struct Entry
-    {
-        TrayAddress item;
-        QString caller;
-        bool listed = false; // Once the bus has confirmed the name.
-    };
-
-    void _list(const TrayAddress &item);
-    void _drop(const QString &service);
-    int _find(const TrayAddress &item) const;
-
-    QVector<Entry> _entries;
-    QDBusServiceWatcher _owners;
+    TrayItems _items;
 };

@@ -1,4 +1,4 @@
-#include "fuzz.h"
+#include "wire.h"
 
 #include "menuclient.h"
 #include "traymenu.h"
@@ -27,43 +27,6 @@ static const QDBusArgument &operator>>(const QDBusArgument &argument, SentItem &
 {
     return argument;
 }
-
-// A message comes in over a connection, as from a program.
-class Wire : public QDBusVirtualObject
-{
-public:
-    Wire()
-    {
-        qDBusRegisterMetaType<SentItem>();
-        connect(&_server, &QDBusServer::newConnection, this,
-                [this](QDBusConnection end) { _isUp = end.registerVirtualObject("/", this); });
-        _sender = QDBusConnection::connectToPeer(_server.address(), "sender");
-        while (!_isUp)
-            QCoreApplication::processEvents();
-    }
-    QDBusMessage send(const QVariantList &arguments)
-    {
-        QDBusMessage message = QDBusMessage::createMethodCall({}, "/", {}, "Take");
-        message.setArguments(arguments);
-        _received = {};
-        require(_sender.send(message));
-        while (_received.type() == QDBusMessage::InvalidMessage)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        return _received;
-    }
-    QString introspect(const QString &) const override { return {}; }
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override
-    {
-        _received = message;
-        return true;
-    }
-
-private:
-    QDBusServer _server;
-    QDBusConnection _sender { QString() };
-    QDBusMessage _received;
-    bool _isUp = false;
-};
 
 static QVariant anyValue(FuzzedDataProvider &input)
 {
@@ -120,6 +83,7 @@ static void compare(TrayMenu *menu, const MenuItem &item, QSet<int> *ids, int de
 // Layouts and changes of properties one after another, into a menu without a bus.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
+    qDBusRegisterMetaType<SentItem>();
     static Wire wire;
     FuzzedDataProvider input(data, size);
     TrayMenu menu;

@@ -37,10 +37,11 @@ fuzz fuzz_notify
 fuzz fuzz_hints
 fuzz fuzz_menu
 fuzz fuzz_launch
+fuzz fuzz_tray
 wait
 
 failed=0
-for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu fuzz_launch; do
+for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu fuzz_launch fuzz_tray; do
     report "$target" || failed=1
 done
 [ "$failed" -eq 0 ] || echo "logs and inputs: $build/found"

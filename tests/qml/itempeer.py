@@ -12,15 +12,25 @@ WATCHER = "org.kde.StatusNotifierWatcher"
 
 class Item(dbus.service.Object):
     held = None
+    lost = 0
 
     @dbus.service.method(dbus.PROPERTIES_IFACE, "s", "a{sv}", async_callbacks=("answer", "fail"))
     def GetAll(self, interface, answer, fail):
         print("GetAll", flush=True)
-        self.held = answer if self.held else answer(values)
+        if self.lost > 0:
+            self.lost -= 1
+        else:
+            self.held = answer if self.held else answer(self.values)
 
     @dbus.service.method(NAME, "is")
     def Scroll(self, delta, orientation):
         print("scroll", delta, orientation, flush=True)
+
+
+def make(path, **values):
+    item = Item(bus, path)
+    item.values = dbus.Dictionary({"Id": "odd", "IconName": "kettle", **values}, "sv")
+    return item
 
 
 def change(**changed):
@@ -29,8 +39,8 @@ def change(**changed):
         bus.send_message(dbus.lowlevel.SignalMessage("/item", NAME, signal))
 
 
-def register(text):
-    bus.call_blocking(WATCHER, "/StatusNotifierWatcher", WATCHER, "RegisterStatusNotifierItem", "s", [text])
+def register(text, over=None):
+    (over or bus).call_blocking(WATCHER, "/StatusNotifierWatcher", WATCHER, "RegisterStatusNotifierItem", "s", [text])
 
 
 def pictures(*sizes):
@@ -48,8 +58,8 @@ def run(*_):
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
 bus = dbus.SessionBus()
-item = Item(bus, "/item")
-values = dbus.Dictionary({"Id": "odd", "IconName": "kettle"}, "sv")
+item = make("/item")
+values = item.values
 lines = open(0, "rb", buffering=0)  # What a buffer holds wakes nobody.
 print("ready", flush=True)
 GLib.io_add_watch(0, GLib.IO_IN, run)

@@ -58,6 +58,7 @@ for widget in (Gtk.MenuItem(label="_Open", use_underline=True), Gtk.SeparatorMen
 widgets.show_all()
 indicator = AyatanaAppIndicator3.Indicator.new("kettle", "kettle", 0)
 indicator.set_menu(widgets)
+indicator.connect("scroll-event", lambda _, steps, direction: print(direction, flush=True))
 Gio.bus_own_name_on_connection(bus, "org.quorvane.gtk", 0, lambda *_: print("ready", flush=True))
 # Each line of the standard input is run.
 GLib.io_add_watch(0, GLib.IO_IN, lambda *_: exec(sys.stdin.readline(), globals()) or True)

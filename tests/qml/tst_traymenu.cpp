@@ -5,6 +5,8 @@
 
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QtTest>
 
 #include <csignal>
@@ -153,6 +155,24 @@ private Q_SLOTS:
         QVERIFY(!log.take().contains("Reset"));
     }
 
+    void aStoppedBusHoldsNothingUp()
+    {
+        const QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
+        const pid_t daemon = pid_t(bus->servicePid(bus->service()));
+        _read("org.quorvane.nobody", "/menu");
+        QTRY_VERIFY(!_menu.isLoading());
+        ::kill(daemon, SIGSTOP);
+        QElapsedTimer clock;
+        clock.start();
+        QSignalSpy connected(&_menu, &TrayMenu::respondsChanged);
+        _read("org.quorvane.menu", "/menu");
+        connected.wait(patience);
+        ::kill(daemon, SIGCONT);
+        QVERIFY(clock.elapsed() < patience / 2);
+        _tell("menu.show(item(1, label='calm'))");
+        SHOWS("calm ev");
+    }
+
     void neitherAStormNorAStoppedProgramHoldsAnythingUp()
     {
         _peer.readAll();
@@ -160,6 +180,12 @@ private Q_SLOTS:
               "GLib.timeout_add(2500, menu.show, item(1, label='calm'))");
         SHOWS("calm ev");
         QVERIFY(_peer.readAll().count("asked") < 200);
+        QSignalSpy changed(&_menu, &TrayMenu::dataChanged);
+        _tell("[menu.ItemsPropertiesUpdated([(1, {'label': str(i)})], []) for i in range(3000)]; "
+              "menu.ItemsPropertiesUpdated([(1, {'label': 'still'})], [(1, ['enabled'])])");
+        QVERIFY(changed.wait(patience));
+        SHOWS("still ev");
+        QVERIFY(changed.size() < 300);
         ::kill(pid_t(_peer.processId()), SIGSTOP);
         QSignalSpy failed(&_menu, &TrayMenu::failed);
         _menu.open();

@@ -113,7 +113,7 @@ QHash<int, QByteArray> Notifications::roleNames() const
              { ProgressRole, "progress" },
              { CategoryRole, "category" },
              { DesktopEntryRole, "desktopEntry" },
-             { TransientRole, "transient" },
+             { TransientRole, "isTransient" },
              { ResidentRole, "resident" },
              { ActionsRole, "actions" },
              { HasDefaultRole, "hasDefault" },

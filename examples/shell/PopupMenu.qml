@@ -29,7 +29,8 @@ Controls.Popup {
             return;
         // What is below stands where its row is.
         if (entry.hasChildren)
-            return _enter(_menu.submenu(row), row, list.itemAtIndex(row).mapToItem(parent, -padding, -padding));
+            return _enter(_menu.submenu(row), row,
+                          list.itemAtIndex(row).mapToItem(parent, -padding, -padding));
         const menu = _menu;
         close();
         entry.act ? entry.act() : menu.trigger(row);

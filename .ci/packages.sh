@@ -1,36 +1,21 @@
-# The Debian packages that the build, the tests, the demo and the benchmarks need.
-# Sourced by ./check, ./demo and ./bench.
+# The Debian packages that the demo needs, and those that the build of everything, the tests and the
+# benchmarks need besides. Sourced by ./check, ./demo and ./bench.
 
-packages='
+demo_packages='
     adwaita-icon-theme
     build-essential
-    clang
-    clang-format
-    clang-tidy
-    clazy
     cmake
     dbus
-    debhelper
-    doxygen
-    dunst
     fonts-dejavu-core
     gir1.2-ayatanaappindicator3-0.1
     gir1.2-notify-0.7
-    git
-    libbenchmark-dev
-    libclang-rt-14-dev
     libdbus-1-dev
     libglib2.0-bin
     libglib2.0-dev
-    libnotify-bin
     libqt5svg5
-    lintian
-    llvm
     ninja-build
     pkg-config
-    python3-dbus
     python3-gi
-    qml
     qml-module-qtqml-models2
     qml-module-qtquick-controls2
     qml-module-qtquick-layouts
@@ -43,10 +28,31 @@ packages='
     xvfb
 '
 
-# Installs what is missing, as root or through sudo; on another distribution it says what is missing.
+other_packages='
+    clang
+    clang-format
+    clang-tidy
+    clazy
+    debhelper
+    doxygen
+    dunst
+    git
+    libbenchmark-dev
+    libclang-rt-14-dev
+    libnotify-bin
+    lintian
+    llvm
+    python3-dbus
+    qml
+'
+
+# require_packages demo|all: installs what is missing, as root or through sudo; on another distribution
+# it says what is missing.
 require_packages() {
+    wanted=$demo_packages
+    [ "$1" = demo ] || wanted="$wanted $other_packages"
     missing=
-    for package in $packages; do
+    for package in $wanted; do
         case $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true) in
         'install ok installed') ;;
         *) missing="$missing $package" ;;

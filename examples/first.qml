@@ -11,20 +11,19 @@ Window {
     Tray { id: tray }
 
     ListView {
-        width: 320; height: 440
+        width: 320; height: 440; clip: true
         model: applications
         delegate: Row {
             Image { source: model.iconSource; sourceSize: Qt.size(32, 32) }
-            Text { text: model.name + (model.running ? " (running)" : "") }
+            Text { text: model.name + (model.running ? " (running)" : ""); textFormat: Text.PlainText }
             TapHandler { onTapped: applications.launch(model.appId) }
         }
     }
     ListView {
-        x: 320; width: 320; height: 440
+        x: 320; width: 320; height: 440; clip: true
         model: notifications
         delegate: Text {
-            text: model.summary + "\n" + model.body
-            textFormat: Text.PlainText
+            text: model.summary + "\n" + model.body; textFormat: Text.PlainText
             TapHandler { onTapped: notifications.dismiss(model.id) }
         }
     }

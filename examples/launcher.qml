@@ -28,9 +28,12 @@ Window {
             padding: 8
             spacing: 8
             Image { source: model.iconSource; sourceSize: Qt.size(32, 32) }
-            Text { text: model.name + (model.running ? " (running)" : "") + "\n" + model.comment }
+            Text {
+                text: model.name + (model.running ? " (running)" : "") + "\n" + model.comment
+                textFormat: Text.PlainText
+            }
             TapHandler { onTapped: applications.launch(model.appId) }
         }
     }
-    Text { id: failure; anchors.bottom: parent.bottom; padding: 8; color: "crimson" }
+    Text { id: failure; anchors.bottom: parent.bottom; padding: 8; textFormat: Text.PlainText }
 }

@@ -29,7 +29,7 @@ Window {
                 Repeater {
                     model: actions
                     Text {
-                        text: "▸ " + modelData.text
+                        text: "▸ " + modelData.text; textFormat: Text.PlainText
                         MouseArea { anchors.fill: parent; onClicked: notifications.invoke(card.number, modelData.key) }
                     }
                 }

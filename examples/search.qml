@@ -16,7 +16,7 @@ Window {
     }
     ListView {
         anchors { fill: parent; topMargin: search.height }
-        delegate: Text { text: model.name; padding: 8 }
+        delegate: Text { text: model.name; padding: 8; textFormat: Text.PlainText }
         model: SortFilterProxyModel {
             filterRoleNames: ["name", "keywords"]
             filterText: search.text

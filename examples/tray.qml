@@ -30,6 +30,7 @@ Window {
     ListView {
         y: 40; width: 320; height: 280; model: panel.open
         delegate: Text {
+            textFormat: Text.PlainText
             text: (model.checked ? "✓ " : "") + model.label + (model.hasChildren ? " ▸" : "")
             visible: model.visible; height: visible ? implicitHeight : 0; opacity: model.enabled ? 1 : 0.5
             TapHandler { onTapped: { const menu = panel.open.submenu(index); panel.open.trigger(index); panel.show(menu) } }

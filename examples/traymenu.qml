@@ -28,8 +28,8 @@ Window {
             opacity: model.enabled ? 1 : 0.5
             Text { width: 24; text: model.checked ? (model.radio ? "•" : "✓") : "" }
             Image { width: 16; height: 16; source: model.iconSource; sourceSize: Qt.size(16, 16) }
-            Text { width: 160; leftPadding: 8; text: model.separator ? "———" : model.label }
-            Text { text: model.hasChildren ? "▸" : model.shortcut }
+            Text { width: 160; leftPadding: 8; text: model.separator ? "———" : model.label; textFormat: Text.PlainText }
+            Text { text: model.hasChildren ? "▸" : model.shortcut; textFormat: Text.PlainText }
             TapHandler {
                 onTapped: model.hasChildren ? window.show(window.menu.submenu(index))
                                             : window.menu.trigger(index)

@@ -4,8 +4,10 @@
 
 #include <QObject>
 
-// The base directories as the QML singleton BaseDirectories. They follow the environment, which
-// tells nobody when it changes: each access reads it anew, but no binding hears of a change.
+/*! \brief The base directories, as a singleton of the QML module.
+
+    They follow the environment, which tells nobody when it changes: each access reads it anew, but no
+    binding hears of a change. Each property is the function of its name in the namespace xdg. */
 class BaseDirectories : public QObject
 {
     Q_OBJECT

@@ -33,6 +33,7 @@ bus = Gio.bus_get_sync(Gio.BusType.SESSION)
 indicator = Indicators.Indicator.new("cloud-storage", "network-transmit-receive",
                                      Indicators.IndicatorCategory.APPLICATION_STATUS)
 indicator.set_title("Cloud storage")
+indicator.set_label("72 %", "100 %")
 indicator.set_status(Indicators.IndicatorStatus.ACTIVE)
 indicator.set_menu(menu)
 Gtk.main()

@@ -11,6 +11,7 @@ Image {
     height: size
     fillMode: Image.PreserveAspectFit
     sourceSize: Qt.size(size, size)
-    source: (icon || "image://quorvane/icon/") + "?color=" + encodeURIComponent(Theme.text)
-            + "&label=" + encodeURIComponent(label || "?")
+    source: Theme.picture(icon || "image://quorvane/icon/",
+                          "color=" + encodeURIComponent(Theme.text)
+                          + "&label=" + encodeURIComponent(label || "?"))
 }

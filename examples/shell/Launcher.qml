@@ -39,9 +39,16 @@ FocusScope {
         ]);
     }
 
+    Keys.onEscapePressed: {
+        if (search.text !== "")
+            search.clear();
+        else
+            applications.category = "";
+        search.forceActiveFocus();
+    }
     Keys.onPressed: {
         // Letters go to the search wherever the keyboard is.
-        if (event.text.trim() !== "" && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier))) {
+        if (/^[^\s\x00-\x1f\x7f]/.test(event.text) && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier))) {
             search.forceActiveFocus();
             search.insert(search.length, event.text);
             event.accepted = true;
@@ -77,7 +84,6 @@ FocusScope {
                 selectByMouse: true
                 Accessible.name: placeholderText
                 Keys.onDownPressed: grid.forceActiveFocus()
-                Keys.onEscapePressed: clear()
                 onAccepted: launcher.launch(0)
                 onTextChanged: {
                     launcher.applications.search = text;
@@ -118,7 +124,7 @@ FocusScope {
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            activeFocusOnTab: count > 0
+            activeFocusOnTab: true
             boundsBehavior: Flickable.StopAtBounds
             cellHeight: 144
             cellWidth: Math.floor(width / _columns)

@@ -35,7 +35,8 @@ Controls.ApplicationWindow {
 
     Applications {
         id: programs
-        onFailed: notice.show((programs.find(appId).name || appId) + ": " + message, 4000)
+        onFailed: notice.show((programs.find(appId).name || appId) + ": " + message
+                              + "\nIts menu starts it in a terminal, where you can read what it says.", 8000)
     }
     Notifications { id: messages }
     Tray { id: trayItems }
@@ -51,8 +52,8 @@ Controls.ApplicationWindow {
 
             chosen: "Applications"
             model: ["Applications", "Notifications"]
-            textOf: pane => pane === "Notifications" && messages.count > 0
-                            ? pane + " (" + messages.count + ")" : pane
+            textOf: pane => pane === "Notifications" && centrePane.list.count > 0
+                            ? pane + " (" + centrePane.list.count + ")" : pane
             Accessible.name: "Panes"
             onChose: chosen = choice
         }
@@ -95,18 +96,18 @@ Controls.ApplicationWindow {
         }
     }
 
-    // Over the launcher, so that the list of the centre stays free.
+    // Beside the list of the centre if that is in view: then only what it does not list pops up.
     PopupStack {
         id: popupStack
 
-        width: Math.min(380, launcherPane.width - 2 * Theme.margin)
+        width: Math.min(380, parent.width - 2 * Theme.margin)
         height: Math.min(implicitHeight, parent.height - 64)
-        x: launcherPane.width - width - Theme.margin
+        x: (shell.wide ? launcherPane.width : parent.width) - width - Theme.margin
         anchors { bottom: parent.bottom; bottomMargin: 16 }
+        listed: centrePane.visible
         notifications: messages
         now: centrePane.now
         quiet: centrePane.quiet
-        visible: launcherPane.visible
     }
     Tip {
         id: notice

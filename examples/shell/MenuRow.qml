@@ -32,7 +32,7 @@ Controls.AbstractButton {
             text: !row.entry.checked ? "" : row.entry.radio ? "\u25cf" : "\u2713"
         }
         Image {
-            source: row.entry.iconSource || ""
+            source: Theme.picture(row.entry.iconSource || "", "missing=empty")
             sourceSize: Qt.size(16, 16)
             visible: source != ""
         }

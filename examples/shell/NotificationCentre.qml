@@ -5,7 +5,7 @@ import QtQml.Models 2.15
 import Quorvane 1.1
 
 // What is pending, newest first. Of one program three are shown, and the rest is folded, but for
-// what is critical.
+// what is critical. What is transient is not listed: it pops up.
 FocusScope {
     id: centre
 
@@ -14,46 +14,88 @@ FocusScope {
     property alias heading: heading.text
     property bool quiet: false // Do not disturb: the shell pops up what is critical only.
     property date now: new Date()
-    property var _unfolded: ({}) // Names of programs.
-    property var _folded: ({}) // How many are folded behind the notification of an id.
+    // Programs call themselves what they like, so their names are keys of maps and of nothing else.
+    readonly property var _programs: new Map() // The ids that fold of each, the newest last.
+    readonly property var _programOf: new Map() // Of each such id.
+    readonly property var _unfolded: new Set()
+    property int _changes: 0 // Of these.
 
-    function unfold(application) {
-        _unfolded = Object.assign({}, _unfolded, { [application]: true });
-        pending.arrange();
+    function unfold(program) {
+        _unfolded.add(program);
+        _programs.get(program).forEach(id => _show(id, true));
+        ++_changes;
     }
 
+    function _show(id, shown) {
+        const row = notifications.indexOf(id);
+        if (row >= 0)
+            pending.items.get(row).inShown = shown;
+    }
+
+    function _put(id) {
+        const row = notifications.indexOf(id);
+        if (row < 0)
+            return;
+        const { appName, isTransient, urgency } = pending.items.get(row).model;
+        now = new Date();
+        const folds = !isTransient && urgency !== 2;
+        if (folds && _programOf.get(id) === appName)
+            return;
+        _take(id);
+        _show(id, !isTransient);
+        if (folds) {
+            _programOf.set(id, appName);
+            const ids = _programs.get(appName) || [];
+            _programs.set(appName, ids);
+            if (!_unfolded.has(appName) && ids.length >= 3)
+                _show(ids[ids.length - 3], false);
+            ids.push(id);
+            ++_changes;
+        }
+    }
+
+    function _take(id) {
+        const program = _programOf.get(id);
+        if (!_programOf.delete(id))
+            return;
+        const ids = _programs.get(program);
+        ids.splice(ids.indexOf(id), 1);
+        if (ids.length >= 3)
+            _show(ids[ids.length - 3], true);
+        if (ids.length === 0) {
+            _programs.delete(program);
+            _unfolded.delete(program);
+        }
+        ++_changes;
+    }
+
+    function _foldedBehind(id) {
+        const ids = _programs.get(_programOf.get(id)) || [];
+        return _unfolded.has(_programOf.get(id)) || ids[ids.length - 3] !== id ? 0 : ids.length - 3;
+    }
+
+    Component.onCompleted: {
+        for (let row = notifications.count - 1; row >= 0; --row)
+            _put(notifications.get(row).id);
+    }
+
+    Connections {
+        target: centre.notifications
+        function onPosted(id) { centre._put(id); }
+        function onReplaced(id) { centre._put(id); }
+        function onClosed(id) { centre._take(id); }
+    }
     DelegateModel {
         id: pending
 
-        function arrange() {
-            const seen = {};
-            const folded = {};
-            for (let i = 0; i < items.count; ++i) {
-                const item = items.get(i);
-                const of = seen[item.model.appName] || (seen[item.model.appName] = { count: 0 });
-                item.inShown = item.model.urgency === 2 || ++of.count <= 3
-                               || !!centre._unfolded[item.model.appName];
-                if (!item.inShown)
-                    folded[of.last] = of.count - 3;
-                else if (item.model.urgency !== 2)
-                    of.last = item.model.id;
-            }
-            centre._folded = folded;
-            centre.now = new Date();
-        }
-
         model: centre.notifications
-        groups: DelegateModelGroup {
-            name: "shown"
-            includeByDefault: true
-        }
+        groups: DelegateModelGroup { name: "shown" }
         filterOnGroup: "shown"
-        items.onChanged: Qt.callLater(arrange)
 
         delegate: NotificationCard {
             width: list.width
             focused: list.activeFocus && ListView.isCurrentItem
-            folded: centre._folded[model.id] || 0
+            folded: centre._changes, centre._foldedBehind(model.id)
             notification: model
             now: centre.now
             onAnswered: centre.notifications.invoke(model.id, key)
@@ -98,7 +140,7 @@ FocusScope {
             }
             PushButton {
                 text: "Clear all"
-                visible: centre.notifications.count > 0
+                visible: list.count > 0
                 onClicked: centre.notifications.clear()
             }
         }
@@ -108,7 +150,7 @@ FocusScope {
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            activeFocusOnTab: count > 0
+            activeFocusOnTab: true
             bottomMargin: Theme.margin
             boundsBehavior: Flickable.StopAtBounds
             clip: true

@@ -3,29 +3,47 @@ import QtQuick.Controls 2.15 as Controls
 import QtQml.Models 2.15
 import Quorvane 1.1
 
-// The newest notifications for a while, three at most. They stay in the notification centre.
+// The newest notifications for a while, three at most. They stay in the notification centre, but for
+// what is transient: that is not listed there, and goes with its pop-up.
 Controls.Control {
     id: stack
 
     required property Notifications notifications
     property bool quiet: false
+    property bool listed: false // The centre is in view, so what it lists needs no pop-up.
     property int lifetime: 5000
     property date now
     property alias list: list
 
     function _show(id) {
-        const item = fresh.items.get(notifications.indexOf(id));
-        item.inFresh = !quiet || item.model.urgency === 2;
+        const row = notifications.indexOf(id);
+        if (row < 0)
+            return;
+        const item = fresh.items.get(row);
+        if (quiet && item.model.urgency !== 2 || listed && !item.model.isTransient)
+            return _drop(item);
+        item.inFresh = true;
         if (freshOnes.count <= 3)
             return;
         // What is critical outlasts the rest.
         let oldest = freshOnes.count - 1;
         while (oldest > 0 && freshOnes.get(oldest).model.urgency === 2)
             --oldest;
-        freshOnes.get(oldest).inFresh = false;
+        _drop(freshOnes.get(oldest));
+    }
+
+    function _drop(item) {
+        const id = item.model.id;
+        item.inFresh = false;
+        if (item.model.isTransient)
+            Qt.callLater(() => notifications.dismiss(id)); // Not inside of its own signal.
     }
 
     hoverEnabled: true
+    onListedChanged: {
+        for (let row = freshOnes.count - 1; listed && row >= 0; --row)
+            freshOnes.get(row).inFresh = freshOnes.get(row).model.isTransient;
+    }
 
     Connections {
         target: stack.notifications
@@ -59,7 +77,7 @@ Controls.Control {
                 onAnswered: stack.notifications.invoke(model.id, key)
                 onDismissed: {
                     const item = fresh.items.get(DelegateModel.itemsIndex);
-                    Qt.callLater(() => item.inFresh = false); // Not while the card itself is at it.
+                    Qt.callLater(() => stack._drop(item)); // Not while the card itself is at it.
                 }
 
                 Rectangle { // A shadow.

@@ -29,5 +29,10 @@ QtObject {
     readonly property int radius: 12
     readonly property int moment: 160 // Milliseconds of a transition.
 
+    // The URL of a picture, with what is asked of it besides.
+    function picture(url, query) {
+        return url === "" ? "" : url + (url.includes("?") ? "&" : "?") + query;
+    }
+
     readonly property SystemPalette systemPalette: SystemPalette { }
 }

@@ -6,6 +6,7 @@ Controls.ToolTip {
     id: tip
 
     width: Math.min(implicitWidth, 420)
+    closePolicy: Controls.Popup.NoAutoClose // Escape is for what has the keyboard.
     horizontalPadding: 12
 
     contentItem: Label {

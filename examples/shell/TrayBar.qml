@@ -12,7 +12,17 @@ Rectangle {
     property alias items: items
     property alias menu: menu
     property alias standing: standing.text
-    readonly property int _room: Math.max(1, Math.floor((width - 300) / 44))
+    // How many items fit: those with labels are wider.
+    readonly property int _room: {
+        let left = width - 300;
+        for (let row = 0; row < items.count; ++row) {
+            const item = items.itemAt(row);
+            left -= item ? item.implicitWidth + 4 : 44;
+            if (left < 0)
+                return Math.max(1, row);
+        }
+        return items.count;
+    }
 
     implicitHeight: 56
     color: Theme.surface
@@ -22,7 +32,9 @@ Rectangle {
         target: bar.tray
         function onMenuRequested(key, x, y) {
             const place = bar.mapFromGlobal(x, y);
-            menu.show(bar, place.x, place.y, bar.tray.menu(key));
+            const wanted = bar.tray.menu(key);
+            if (wanted)
+                menu.show(bar, place.x, place.y, wanted);
         }
     }
 

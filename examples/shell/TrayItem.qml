@@ -19,7 +19,7 @@ Controls.AbstractButton {
     }
 
     implicitHeight: 40
-    implicitWidth: 40
+    implicitWidth: 40 + (label.visible ? label.width : 0)
     focusPolicy: Qt.StrongFocus
     opacity: !model.responds ? 0.4 : model.status === "Passive" ? 0.65 : 1
     text: model.title || model.itemId
@@ -32,13 +32,23 @@ Controls.AbstractButton {
 
     contentItem: Item {
         Icon {
-            anchors.centerIn: parent
+            x: 8
+            anchors.verticalCenter: parent.verticalCenter
             icon: item.model.iconSource
             label: item.text
             size: 24
         }
         Label {
-            anchors { right: parent.right; top: parent.top; rightMargin: 4 }
+            id: label
+
+            x: 36
+            width: Math.min(implicitWidth, 96)
+            height: parent.height
+            text: item.model.label
+            visible: text !== ""
+        }
+        Label {
+            anchors { right: parent.left; top: parent.top; rightMargin: -36 }
             color: Theme.attention
             font.pixelSize: Theme.smallText
             text: item.model.status === "NeedsAttention" ? "\u25cf" : ""

@@ -150,9 +150,10 @@ public Q_SLOTS:
 
         Without a "Desktop Action Stop/Exec" the program gets a SIGTERM, and nothing more if it
         does not obey; its own children get none. Inside the dataChanged() of " starting" this has no
-        effect, as the program has no number yet. With a stop action, that command is run instead, with \a args for its field codes as in
-        start(). It runs in the entry's one process, so it has no effect as long as the program
-        itself runs there: it suits a start command that hands over to a service and returns. */
+        effect, as the program has no number yet. With a stop action, that command is run instead,
+        with \a args for its field codes as in start(). It runs in the entry's one process, so it has
+        no effect as long as the program itself runs there: it suits a start command that hands over
+        to a service and returns. */
     void stop(QStringList args);
 
     /*! The value of \a key as last read from the file, empty for a key that the file does not have

@@ -60,8 +60,7 @@ public:
 
         Only adaptors are exported: the NotificationsAdaptor has to exist by now. A name that is
         taken gives a warning, a missing bus gives two, and the caller is not told otherwise. The
-        name is
-        asked for once and not watched. The server stays exported as long as it lives. */
+        name is asked for once and not watched. The server stays exported as long as it lives. */
     static void RegisterServerToDbus(XdgNotificationServer &server);
 
     /*! Makes \a notify, called with \a context, handle the \c Notify calls; a later call replaces

@@ -31,8 +31,9 @@ class QUORVANE_EXPORT OrgFreedesktopNotificationsInterface;
 
     The posting slots block the calling thread until the service has answered, which takes Qt's
     D-Bus time-out of 25 seconds if the service hangs. A service of this process on the same
-    connection is called directly, in the same thread too. A failed post is not reported. The application's display name goes along,
-    \c QGuiApplication::applicationDisplayName, but neither icon nor hints.
+    connection is called directly, in the same thread too. A failed post is not reported. The
+    application's display name goes along, \c QGuiApplication::applicationDisplayName, but neither
+    icon nor hints.
 
     The service broadcasts outcomes, and a notifier doesn't filter them: both signals come for the
     notifications of every other program as well. */

@@ -6,7 +6,7 @@
 #include <QQuickWindow>
 #include <QtTest>
 
-// What a pointer does to the notifications of the demo shell; the walk through it has none.
+// What a pointer and a keyboard do to the demo shell; the walk through it has neither.
 class ShellTest : public QObject
 {
     Q_OBJECT
@@ -55,6 +55,12 @@ class ShellTest : public QObject
         }
         return false;
     }
+    static void _post(const QStringList &arguments)
+    {
+        QProcess poster;
+        poster.start("notify-send", arguments);
+        QTRY_VERIFY(poster.state() == QProcess::NotRunning);
+    }
     static QPoint _middle(const QQuickItem *item)
     {
         return item->mapToScene(item->boundingRect().center()).toPoint();
@@ -74,17 +80,14 @@ private Q_SLOTS:
     void initTestCase()
     {
         _engine.addImportPath(IMPORT_PATH);
+        _engine.setInitialProperties({ { "width", 840 } }); // Without the list of the centre.
         _engine.load(QUrl::fromLocalFile(SHELL "/Main.qml"));
         _window = qobject_cast<QQuickWindow *>(_engine.rootObjects().value(0));
         QVERIFY(QTest::qWaitForWindowExposed(_window));
         QTest::mouseMove(_window, { 1, 1 });
         _pane("PopupStack")->setProperty("lifetime", 2 * patience);
-        QProcess poster;
-        for (const char *summary : { "One", "Two", "Three" }) {
-            poster.start("notify-send", { summary });
-            QTRY_VERIFY(poster.state() == QProcess::NotRunning);
-        }
-        QTRY_COMPARE(_texts("NotificationCentre"), "Three Two One");
+        for (const char *summary : { "One", "Two", "Three" })
+            _post({ summary });
         QTRY_COMPARE(_texts("PopupStack"), "Three Two One");
     }
 
@@ -97,7 +100,8 @@ private Q_SLOTS:
         _pane("PopupStack")->setProperty("lifetime", 100);
         QTest::mouseMove(_window, { 1, 1 });
         QTRY_COMPARE(_texts("PopupStack"), "");
-        QCOMPARE(_texts("NotificationCentre"), "Three Two One");
+        _window->setWidth(1200);
+        QTRY_COMPARE(_texts("NotificationCentre"), "Three Two One");
     }
 
     void aMiddleClickOrASwipeDismisses()
@@ -108,6 +112,49 @@ private Q_SLOTS:
         QTRY_COMPARE(_texts("NotificationCentre"), "Three One");
         _drag(_middle(_cards("NotificationCentre").value(0)), 160);
         QTRY_COMPARE(_texts("NotificationCentre"), "One");
+    }
+
+    void threeOfAProgramAreListedWhateverItsName()
+    {
+        for (const char *summary : { "1", "2", "3", "4", "5" })
+            _post({ "-a", "__proto__", summary });
+        QTRY_COMPARE(_texts("NotificationCentre"), "5 4 3 One");
+        QCOMPARE(_cards("NotificationCentre").value(2)->property("folded"), 2);
+        QVERIFY(_engine.evaluate("for (const name in {}) name").isUndefined());
+        QTest::mouseClick(_window, Qt::MiddleButton, {}, _middle(_cards("NotificationCentre")[0]));
+        QTRY_COMPARE(_texts("NotificationCentre"), "4 3 2 One");
+    }
+
+    void theKeyboardPassesOverWhatCannotBeChosen()
+    {
+        const QVariant rows = QVariantList { QVariantMap { { "separator", true } },
+                                             QVariantMap { { "label", "first" } },
+                                             QVariantMap { { "enabled", false } },
+                                             QVariantMap { { "visible", false } },
+                                             QVariantMap { { "label", "last" } } };
+        auto *menu = _pane("Launcher")->property("menu").value<QObject *>();
+        QMetaObject::invokeMethod(menu, "show",
+                                  Q_ARG(QVariant, QVariant::fromValue(_pane("Launcher"))),
+                                  Q_ARG(QVariant, 0), Q_ARG(QVariant, 0), Q_ARG(QVariant, rows));
+        auto *list = menu->property("list").value<QObject *>();
+        for (const int row : { 1, 4, 1 }) {
+            QTest::keyClick(_window, Qt::Key_Down);
+            QCOMPARE(list->property("currentIndex"), row);
+        }
+        QTest::keyClick(_window, Qt::Key_Escape);
+        QTRY_VERIFY(!menu->property("visible").toBool());
+    }
+
+    void escapeClearsTheSearch()
+    {
+        auto *applications = _pane("Launcher")->property("applications").value<QObject *>();
+        _pane("Launcher")->forceActiveFocus();
+        QTest::keyClick(_window, Qt::Key_A);
+        QCOMPARE(applications->property("search"), "a");
+        QMetaObject::invokeMethod(applications, "launch", Q_ARG(QString, "none"),
+                                  Q_ARG(QList<QUrl>, {}));
+        QTest::keyClick(_window, Qt::Key_Escape);
+        QCOMPARE(applications->property("search"), "");
     }
 };
 

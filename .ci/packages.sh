@@ -35,6 +35,7 @@ packages='
     qml-module-qtquick-layouts
     qml-module-qtquick-window2
     qml-module-qtquick2
+    qt6-base-dev
     qtbase5-dev
     qtdeclarative5-dev
     qtdeclarative5-dev-tools

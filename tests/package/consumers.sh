@@ -18,7 +18,7 @@ if [ "$how" = install ]; then
 else
     "$here/packages.sh" "$work"
 fi
-libdir=$(dirname "$(find "$prefix" -name 'libquorvane*.so')" | sort -u)
+libdir=$(dirname "$(find "$prefix" -name pkgconfig)")
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 export XDG_DATA_DIRS="$here/../../examples"
 

@@ -21,6 +21,7 @@ demo_packages='
     qml-module-qtquick-layouts
     qml-module-qtquick-window2
     qml-module-qtquick2
+    qt6-base-dev
     qtbase5-dev
     qtdeclarative5-dev
     qtdeclarative5-dev-tools

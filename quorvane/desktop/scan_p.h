@@ -2,7 +2,7 @@
 
 class QLatin1String;
 class QString;
-class QStringList;
+#include <QStringList>
 
 namespace xdg {
 

@@ -1,5 +1,7 @@
 #include <quorvane/notifications/notificationactions.h>
 
+#include <quorvane/basedir/listtext_p.h>
+
 #include <QDebug>
 
 namespace xdg {
@@ -17,7 +19,7 @@ QStringList NotificationActions::actionslist() const
 void NotificationActions::setActionslist(const QStringList &actionslist)
 {
     if (actionslist.size() % 2 != 0)
-        qWarning() << "Error in actionlist:" << actionslist;
+        qWarning() << "Error in actionlist:" << ListText { actionslist };
     if (_actionslist == actionslist)
         return;
 

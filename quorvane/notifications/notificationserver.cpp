@@ -1,5 +1,6 @@
 #include <quorvane/notifications/notificationserver.h>
 
+#include <quorvane/basedir/listtext_p.h>
 #include <quorvane/notifications/notificationbus_p.h>
 
 #include <QDBusConnection>
@@ -66,7 +67,7 @@ uint XdgNotificationServer::Notify(const QString &app_name, uint replaces_id,
                        timeout);
     }
     qDebug() << "XdgNotificationServer::Notify(" << app_name << ", " << replaces_id << ", "
-             << app_icon << ", " << summary << ", " << body << ", " << actions << ", " << hints
-             << ", " << timeout << ")";
+             << app_icon << ", " << summary << ", " << body << ", " << xdg::ListText { actions }
+             << ", " << hints << ", " << timeout << ")";
     return 0;
 }

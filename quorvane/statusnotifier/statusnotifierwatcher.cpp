@@ -1,5 +1,6 @@
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
+#include <quorvane/basedir/listtext_p.h>
 #include <quorvane/basedir/logging.h>
 #include <quorvane/statusnotifier/statusnotifieriteminterface.h>
 #include <quorvane/statusnotifier/statusnotifierwatcheradaptor.h>
@@ -128,8 +129,9 @@ void StatusNotifierWatcher::RegisterStatusNotifierHost(const QString &service)
 
 void StatusNotifierWatcher::_serviceUnregistered(QString name)
 {
-    qCDebug(SYSTEM_TRAY) << "Service " << name << "unregistered (ITEMS:" << _registeredItems
-                         << " HOSTS:" << _hostServices << ")";
+    qCDebug(SYSTEM_TRAY) << "Service " << name
+                         << "unregistered (ITEMS:" << ListText { _registeredItems }
+                         << " HOSTS:" << ListText { _hostServices } << ")";
     if (!_serviceWatcher)
         return;
     _serviceWatcher->removeWatchedService(name);

@@ -23,6 +23,7 @@ cd "$work"
 
 lintian --fail-on error,warning ./*.changes
 dpkg-deb --field libquorvane1_*.deb Depends | grep libqt5dbus5
+dpkg-deb --field libquorvane-qt6-1_*.deb Depends | grep libqt6dbus6
 dpkg-deb --field qml-module-quorvane_*.deb Depends | grep libquorvane1
 for package in ./*.deb; do
     dpkg-deb --extract "$package" root

@@ -2,28 +2,30 @@
 # Compares the symbols that the library exports with the list of the Debian package.
 set -eu
 
-if [ $# -ne 2 ] || [ "$1" = --help ]; then
-    echo 'usage: symbols.sh --check LIBRARY     fails if one is missing, or not in the list' >&2
-    echo '       symbols.sh --update LIBRARY    writes the list anew; what stays keeps its version' >&2
+if [ $# -ne 3 ] || [ "$1" = --help ]; then
+    echo 'usage: symbols.sh --check LIBRARY PACKAGE     fails if one is missing, or not in the list' >&2
+    echo '       symbols.sh --update LIBRARY PACKAGE    writes the list anew; what stays keeps its version' >&2
     exit 2
 fi
-library=$(readlink -f "$2")
+library=$(readlink -f "$2") package=$3
 cd "$(dirname "$0")/../.."
-list=debian/libquorvane1.symbols
+list=debian/$package.symbols
 
 # listed SYMBOL: its line of the list. One demangled name stands for all variants of a constructor.
-listed() { grep -F "(c++)\"$1@Base\" " "$list"; }
+listed() { grep -F " $1 " "$list"; }
 version=$(dpkg-parsechangelog --show-field Version)
 
 if [ "$1" = --check ]; then
     # A symbol is missed only by a version after the one that it came with.
-    dpkg-gensymbols -plibquorvane1 -v"$version+" -I"$list" -e"$library" -O/dev/null -c4
+    dpkg-gensymbols -p"$package" -v"$version+" -I"$list" -e"$library" -O/dev/null -c4
 else
     {
         grep -v '^ ' "$list"
-        nm --dynamic --defined-only --demangle "$library" | cut -d ' ' -f 3- | LC_ALL=C sort -u |
+        nm --dynamic --defined-only --demangle "$library" | cut -d ' ' -f 3- |
+            sed -e 's/^QUORVANE_.*/&@&/; t' -e '/@@/!s/$/@Base/; s/@@/@/; s/.*/(c++)"&"/' |
+            LC_ALL=C sort -u |
             while read -r symbol; do
-                listed "$symbol" || echo " (c++)\"$symbol@Base\" $version"
+                listed "$symbol" || echo " $symbol $version"
             done
     } >"$list.new"
     mv "$list.new" "$list"

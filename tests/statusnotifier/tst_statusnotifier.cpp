@@ -173,7 +173,7 @@ private Q_SLOTS:
         Peer b("item", "b");
         QTRY_COMPARE(rows(host), QStringList({ "ApplicationStatus|a||Active|0|||||",
                                                "ApplicationStatus|b||Active|0|||||" }));
-        QCOMPARE(host.data(host.index(1), host.WindowIdRole).type(), QVariant::Int);
+        QCOMPARE(host.data(host.index(1), host.WindowIdRole).userType(), int(QMetaType::Int));
 
         QSignalSpy changes(&host, &StatusNotifierHost::dataChanged);
         const QString after = "Hardware|other|Titel für Ä|Passive|42|icon|over|attention|movie|";
@@ -209,7 +209,7 @@ private Q_SLOTS:
         StatusNotifierHost host;
         Peer odd("odd");
         QTRY_COMPARE(rows(host), QStringList("||||0|||||"));
-        QCOMPARE(host.data(host.index(0), host.TitleRole).type(), QVariant::String);
+        QCOMPARE(host.data(host.index(0), host.TitleRole).userType(), int(QMetaType::QString));
         Peer first("item", "twin");
         QTRY_COMPARE(host.rowCount(), 2);
         Peer second("item", "twin");

@@ -21,11 +21,22 @@ struct SignalLog : QObject
         const QMetaMethod signal = sender()->metaObject()->method(senderSignalIndex());
         QString line = signal.name();
         for (int i = 0; i < signal.parameterCount(); ++i)
-            line += ' ' + QVariant(signal.parameterType(i), arguments[i + 1]).toString();
+            line += ' ' + argument(signal, i, arguments[i + 1]).toString();
         lines += line.simplified();
         return -1;
     }
-    QString take() { return std::exchange(lines, {}).join(", "); }
+    static QVariant argument(const QMetaMethod &signal, int index, const void *value)
+    {
+#if QT_VERSION_MAJOR > 5
+        return QVariant(signal.parameterMetaType(index), value);
+#else
+        return QVariant(signal.parameterType(index), value);
+#endif
+    }
+    QString take()
+    {
+        return std::exchange(lines, {}).join(", ");
+    }
 
     QStringList lines;
 };

@@ -21,7 +21,6 @@ demo_packages='
     qml-module-qtquick-layouts
     qml-module-qtquick-window2
     qml-module-qtquick2
-    qt6-base-dev
     qtbase5-dev
     qtdeclarative5-dev
     qtdeclarative5-dev-tools
@@ -45,6 +44,7 @@ other_packages='
     llvm
     python3-dbus
     qml
+    qt6-base-dev
 '
 
 # require_packages demo|all: installs what is missing, as root or through sudo; on another distribution

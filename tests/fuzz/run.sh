@@ -9,6 +9,7 @@ fi
 seconds=${1-300}
 cd "$(dirname "$0")/../.."
 build=$PWD/build/fuzz
+targets='fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu fuzz_launch fuzz_tray'
 
 cmake --preset fuzz
 cmake --build --preset fuzz
@@ -31,17 +32,16 @@ report() {
 
 mkdir -p "$build/found"
 find "$build/found" -maxdepth 1 -type f -delete
-fuzz fuzz_entry &
-fuzz fuzz_commandline
-fuzz fuzz_notify
-fuzz fuzz_hints
-fuzz fuzz_menu
-fuzz fuzz_launch
-fuzz fuzz_tray
+started=0
+for target in $targets; do
+    fuzz "$target" &
+    started=$((started + 1))
+    [ $((started % 2)) -ne 0 ] || wait
+done
 wait
 
 failed=0
-for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu fuzz_launch fuzz_tray; do
+for target in $targets; do
     report "$target" || failed=1
 done
 [ "$failed" -eq 0 ] || echo "logs and inputs: $build/found"

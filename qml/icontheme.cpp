@@ -1,6 +1,7 @@
 #include "icontheme.h"
 
 #include "picturereader.h"
+#include "regularfile.h"
 
 #include <quorvane/basedir/basedir.h>
 

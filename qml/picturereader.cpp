@@ -1,15 +1,11 @@
 #include "picturereader.h"
 
+#include "regularfile.h"
 #include "svgfilter.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImageReader>
 #include <QtEndian>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -408,31 +404,4 @@ QImage readPicture(const QByteArray &data, const QSize &room, QSize *own)
 QImage readPictureFile(const QString &path, const QSize &room, QSize *own)
 {
     return readPicture(readRegularFile(path, mostFileBytes), room, own);
-}
-
-QByteArray readRegularFile(const QString &path, qint64 mostBytes)
-{
-    const auto content = [mostBytes](QFile &file) {
-        const QByteArray bytes = file.read(mostBytes + 1);
-        return bytes.size() > mostBytes ? QByteArray() : bytes;
-    };
-    QFile file(path);
-    if (path.startsWith(QLatin1Char(':')))
-        return file.open(QIODevice::ReadOnly) ? content(file) : QByteArray();
-    // Looked at twice: some devices do something when they are opened, and a path may change.
-    const QByteArray name = QFile::encodeName(path);
-    struct stat state = {};
-    if (path.contains(QChar(0)) || stat(name.constData(), &state) != 0 || !S_ISREG(state.st_mode)
-        || state.st_size > mostBytes)
-        return {};
-    const int descriptor = open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (descriptor < 0)
-        return {};
-    QByteArray bytes;
-    if (fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode)
-        && file.open(descriptor, QIODevice::ReadOnly))
-        bytes = content(file);
-    file.close();
-    close(descriptor);
-    return bytes;
 }

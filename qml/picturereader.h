@@ -14,7 +14,3 @@ QImage readPicture(const QByteArray &data, const QSize &room = {}, QSize *own = 
 
 // The same for a file, which is opened without waiting, and read if it is a regular one of up to 20 MB.
 QImage readPictureFile(const QString &path, const QSize &room = {}, QSize *own = nullptr);
-
-// Up to that many bytes of a regular file; none for any other or a longer one. Opens nothing that
-// waits or does something when it is opened. Takes paths of Qt's resources, too.
-QByteArray readRegularFile(const QString &path, qint64 mostBytes);

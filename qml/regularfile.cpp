@@ -52,11 +52,18 @@ FileStamp fileStamp(const QString &path)
     struct stat status
     {
     };
-    return stat(QFile::encodeName(path).constData(), &status) == 0 ? stampOf(status) : FileStamp();
+    const bool isThere = !path.contains(QChar::Null)
+                         && stat(QFile::encodeName(path).constData(), &status) == 0;
+    return isThere ? stampOf(status) : FileStamp();
 }
 
 QByteArray readRegularFile(const QString &path, qint64 largest)
 {
+    if (path.startsWith(QLatin1Char(':'))) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) && file.size() <= largest ? file.readAll()
+                                                                        : QByteArray();
+    }
     // Some devices do things when they are opened. What takes the file's place meanwhile is refused.
     if (fileStamp(path).isNull())
         return {};

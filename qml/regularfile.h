@@ -19,5 +19,5 @@ struct FileStamp
 FileStamp fileStamp(const QString &path);
 
 // The contents of a regular file; null for all else, and for one that is larger. Nobody waits for the
-// writer of a pipe, and no device is opened.
+// writer of a pipe, and no device is opened. Takes paths of Qt's resources, too.
 QByteArray readRegularFile(const QString &path, qint64 largest);

@@ -36,10 +36,13 @@ fuzz fuzz_commandline
 fuzz fuzz_notify
 fuzz fuzz_hints
 fuzz fuzz_menu
+fuzz fuzz_picture
+fuzz fuzz_svg
 wait
 
 failed=0
-for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu; do
+for target in fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu \
+    fuzz_picture fuzz_svg; do
     report "$target" || failed=1
 done
 [ "$failed" -eq 0 ] || echo "logs and inputs: $build/found"

@@ -37,7 +37,8 @@ constexpr int longestName = 255;
 constexpr int mostThemes = 32;
 constexpr int mostFolders = 4000;
 constexpr int mostFiles = 200000;
-constexpr int mostEntries = 1000; // Of a folder of a tray item.
+constexpr int mostSizes = 100;   // Folders of a tray item's theme,
+constexpr int mostEntries = 900; // and what is in them.
 constexpr int mostDashes = 8;
 constexpr qint64 mostIndexBytes = 1 << 20;
 
@@ -443,19 +444,23 @@ QString iconFileInFolder(const QString &folder, const QString &name, int extent)
     if (name.contains(QLatin1Char('/')) || folder.contains(QChar(0)))
         return {};
     QString best = iconFileAt(folder + QLatin1Char('/') + name);
+    if (!best.isEmpty())
+        return best;
     int leastMisfit = INT_MAX;
-    int left = best.isEmpty() ? mostEntries : 0;
+    int left = mostEntries;
     const QString theme = folder + QLatin1String("/hicolor/");
     QStringList sizes;
-    eachEntry(theme, [&](const QString &size) {
+    eachEntry(theme, [&, seen = 0](const QString &size) mutable {
         if (!size.startsWith(QLatin1Char('.')))
             sizes.append(size);
-        return --left > 0;
+        return ++seen < mostSizes;
     });
     for (const QString &size : std::as_const(sizes)) {
         const int itsMisfit = misfit(size, extent);
+        if (itsMisfit >= leastMisfit)
+            continue;
         eachEntry(theme + size, [&](const QString &context) {
-            const QString file = context.startsWith(QLatin1Char('.')) || itsMisfit >= leastMisfit
+            const QString file = context.startsWith(QLatin1Char('.'))
                                          ? QString()
                                          : iconFileAt(theme + size + QLatin1Char('/') + context
                                                       + QLatin1Char('/') + name);

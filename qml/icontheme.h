@@ -34,7 +34,7 @@ struct IconThemes
 QString iconFile(const QString &name, int extent, const IconThemes &themes);
 
 // The same in a folder that a tray item brings, either flat or like a theme but without the index of
-// one. Looks at a thousand entries at most.
+// one. Looks at a hundred sizes and 900 folders in them at most.
 QString iconFileInFolder(const QString &folder, const QString &name, int extent);
 
 // That path, or with an ending of icons, if it is a regular file.

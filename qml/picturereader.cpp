@@ -19,7 +19,8 @@ constexpr qint64 mostPixels = 9LL << 20;
 constexpr qint64 mostMadePixels = 4LL << 20;     // Of what is made larger than it is, or smoothed.
 constexpr qint64 mostReducedPixels = 32LL << 20; // Of what is made smaller while it is decoded.
 constexpr double mostCost = 7e8;                 // Nanoseconds that drawing an SVG takes.
-constexpr int largestSide = 4096;
+constexpr int longestSide = 1 << 16;
+constexpr int largestSide = 4096; // Of what is made.
 constexpr int largestXpmSide = 1024;
 constexpr int mostXpmBytes = 2 << 20;
 constexpr int mostXpmColors = 8192;
@@ -117,6 +118,8 @@ Picture png(QByteArray data)
     Picture picture;
     picture.format = "png";
     picture.size = { bigEndian<quint32>(data, 16), bigEndian<quint32>(data, 20) };
+    if (qMax(picture.size.width(), picture.size.height()) > longestSide)
+        return {};
     const bool isDeep = data.at(24) == 16;
     const bool isTrueColor = data.at(25) == 2 || data.at(25) == 6;
     const bool isInterlaced = data.at(28) != 0;

@@ -484,9 +484,12 @@ void Filter::_readEntities(int end)
     const QString start = QStringLiteral("<!ENTITY ");
     while (_entities.size() < mostEntities) {
         const int at = _text.indexOf(start, _at);
-        const int open = at < 0 ? -1 : _text.indexOf(QLatin1Char('"'), at);
-        const int close = open < 0 ? -1 : _text.indexOf(QLatin1Char('"'), open + 1);
-        if (close < 0 || close > end)
+        int open = at < 0 ? end : at + start.size();
+        while (open < end && _text.at(open) != QLatin1Char('"')
+               && _text.at(open) != QLatin1Char('\''))
+            ++open;
+        const int close = open < end ? _text.indexOf(_text.at(open), open + 1) : end;
+        if (close < 0 || close >= end)
             return;
         const QString name = _text.mid(at + start.size(), open - at - start.size()).trimmed();
         if (close - open <= longestValue)
@@ -821,6 +824,8 @@ bool Filter::_add(const Node &node, const QTransform &transform, bool isStroked)
 
 void Filter::_write(const Node &node, QXmlStreamWriter &writer) const
 {
+    if (node.name == QLatin1String("image") && !node.attributes.contains(QStringLiteral("href")))
+        return;
     writer.writeStartElement(node.name);
     for (auto it = node.attributes.cbegin(); it != node.attributes.cend(); ++it)
         writer.writeAttribute(

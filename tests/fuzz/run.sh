@@ -9,7 +9,8 @@ fi
 seconds=${1-300}
 cd "$(dirname "$0")/../.."
 build=$PWD/build/fuzz
-targets='fuzz_commandline fuzz_entry fuzz_notify fuzz_hints fuzz_menu fuzz_launch fuzz_tray'
+targets='fuzz_commandline fuzz_entry fuzz_hints fuzz_launch fuzz_menu fuzz_notify fuzz_picture fuzz_svg
+fuzz_tray'
 
 cmake --preset fuzz
 cmake --build --preset fuzz

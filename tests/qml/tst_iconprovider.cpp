@@ -37,8 +37,17 @@ class IconProviderTest : public QObject
                "<svg width='9' height='9'>"
                + content + "</svg>";
     }
+    // A chunk of a PNG; nobody looks at the checksum of one that is left out.
+    static QByteArray _chunk(const char *type, const QByteArray &content)
+    {
+        QByteArray size(4, 0);
+        qToBigEndian(content.size(), size.data());
+        return size + type + content + "sum.";
+    }
     static QString _told(const QImage &image)
     {
+        if (image.isNull())
+            return "refused";
         const QColor color = image.pixelColor(image.rect().center());
         const QString name = color.alpha() > 0 ? color.name() : "empty";
         return QString("%1x%2 %3").arg(image.width()).arg(image.height()).arg(name);
@@ -102,6 +111,67 @@ private Q_SLOTS:
         QCOMPARE(_shown(iconSource("themed", item, pixels, "1"), { 32, 32 }), "32x32 #0000ff");
         QCOMPARE(_shown(iconSource("two", {}, pixels, "a/b") + "?label=x"), "48x48 #ff0000");
         QVERIFY(iconSource("two", {}, {}, "1") != iconSource("two", {}, {}, "2"));
+    }
+
+    void picturesOfStrangersCostLittle_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QString>("told");
+        const QByteArray png = _picture(Qt::red);
+        const QString shown = "32x32 #ff0000";
+        const QString refused = "refused";
+        const QByteArray text
+                = _chunk("zTXt", QByteArray("k\0\0", 3) + qCompress(QByteArray(9999, 'a')).mid(4));
+        QTest::newRow("packed text") << QByteArray(png).insert(33, text) << shown;
+        QTest::newRow("900 million pixels")
+                << QByteArray(png).replace(16, 8, QByteArray("\0\0\x75\x30\0\0\x75\x30", 8))
+                << refused;
+        QTest::newRow("JPEG") << _picture(Qt::black, { 9, 9 }, "jpeg") << "32x32 #000000";
+        QTest::newRow("other formats") << _picture(Qt::red, { 9, 9 }, "bmp") << refused;
+        const QByteArray rect = "<rect width='9' height='9' fill='#f00'/>";
+        QTest::newRow("packed SVG") << QByteArray::fromHex("1f8b0800") + _svg(rect) << refused;
+        QTest::newRow("large SVG") << _svg(rect + QByteArray(1 << 20, ' ')) << refused;
+        QTest::newRow("style sheet, comment, CDATA")
+                << _svg("<style>/* .a */<![CDATA[.a{fill:#000} rect.a{fill:#f00}]]></style>"
+                        "<!-- <path --><rect class='b a' width='9' height='9' fill='#0f0'/>")
+                << shown;
+        QTest::newRow("entity") << _svg("<rect width='9' height='9' style='&blue;'/>")
+                                << "32x32 #0000ff";
+        QTest::newRow("outer file") << _svg("<image width='9' height='9' xlink:href='file://"
+                                            + _dir.path().toUtf8() + "/fifo.svg'/>" + rect)
+                                    << shown;
+        QTest::newRow("picture inside") << _svg(
+                "<image width='9' height='9' href='data:image/png;base64," + png.toBase64() + "'/>")
+                                        << shown;
+        QTest::newRow("uses itself") << _svg("<g id='a'><use href='#a'/></g>") << refused;
+        QByteArray uses;
+        for (char c = 'b'; c < 'k'; ++c)
+            uses += QByteArray("<g id='c'>").replace('c', c)
+                    + QByteArray("<use href='#c'/>").replace('c', char(c - 1)).repeated(10)
+                    + "</g>";
+        QTest::newRow("references of references")
+                << _svg("<g id='a'>" + rect + "</g>" + uses) << refused;
+        QTest::newRow("deep") << _svg(QByteArray("<g>").repeated(99999)) << refused;
+        QByteArray attributes;
+        for (int i = 0; i < 99999; ++i)
+            attributes += " a" + QByteArray::number(i) + "=''";
+        QTest::newRow("attributes") << _svg("<rect" + attributes + "/>") << refused;
+        QTest::newRow("far away") << _svg(
+                "<g transform='scale(999999)'><path d='M1 1L9999 9'/></g>")
+                                  << refused;
+        // Costs so much that it is drawn small, and made larger.
+        QTest::newRow("many lines") << _svg("<path fill='#f00' d='M0 0H9V9H0z"
+                                            + QByteArray("L9 9L0 0").repeated(10000) + "'/>")
+                                    << shown;
+    }
+
+    void picturesOfStrangersCostLittle()
+    {
+        QFETCH(QByteArray, data);
+        mkfifo(qPrintable(_dir.filePath("fifo.svg")), 0600);
+        QImage image = readPicture(data, { 32, 32 });
+        QVERIFY(image.textKeys().isEmpty());
+        QTEST(_told(image), "told");
     }
 
     void whatIsMissingOrHostileIsATile()

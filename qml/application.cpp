@@ -222,7 +222,7 @@ ApplicationPointer readApplication(const QString &path, const QString &appId)
     const auto lines
             = [](const QStringList &texts) { return foldedText(texts.join(QLatin1Char('\n'))); };
     application->foldedName = foldedText(application->name).simplified();
-    application->foldedKind = lines(application->keywords + QStringList(application->genericName));
+    application->foldedKind = lines(QStringList(application->genericName) + application->keywords);
     application->foldedAbout = lines({ application->comment, localText(file, "X-GNOME-FullName") });
     application->foldedId = foldedText(appId);
     return application;

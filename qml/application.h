@@ -36,7 +36,7 @@ struct Application
     // What a search compares: folded texts, from the most telling to the least. Those of several
     // texts have a line for each.
     QString foldedName;
-    QString foldedKind;  // Generic name and keywords.
+    QString foldedKind;  // Generic name, then keywords.
     QString foldedAbout; // Comment and full name.
     QString foldedId;
 };

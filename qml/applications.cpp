@@ -227,6 +227,11 @@ Applications::Wanted Applications::_wanted() const
         if (match != NoMatch)
             ranked[match].push_back(application);
     }
+    // The less of a name is left to be typed, the likelier it is meant.
+    std::stable_sort(ranked[BeginsName].begin(), ranked[BeginsName].end(),
+                     [](const ApplicationPointer &one, const ApplicationPointer &other) {
+                         return one->foldedName.size() < other->foldedName.size();
+                     });
     Wanted &wanted = ranked[ExactName];
     for (int match = ExactName + 1; match < NoMatch; ++match)
         wanted.insert(wanted.end(), ranked[match].cbegin(), ranked[match].cend());

@@ -40,10 +40,10 @@ class ApplicationList;
     | PathRole | path | path of the desktop entry |
 
     The rows are sorted by name as the user's language sorts, without regard to case. A search orders
-    them by where it finds its text before that: exactly that name; the beginning of the name; the
-    beginning of a word in the name; in generic name and keywords; in comment and full name
-    (X-GNOME-FullName); in the id; anywhere within the name. Of several words, that which is found in
-    the last of these places counts. */
+    them by where it finds its text before that: exactly that name; the beginning of the name, the
+    shortest first; the beginning of a word in the name; in generic name (first its beginning) and
+    keywords; in comment and full name (X-GNOME-FullName); in the id; anywhere within the name. Of
+    several words, that which is found in the last of these places counts. */
 class Applications : public QAbstractListModel
 {
     Q_OBJECT

@@ -4,7 +4,7 @@
 #include <QUrl>
 
 #include <cstring>
-#include <gio/gio.h>
+#include <glib.h>
 
 QByteArray launchUri(const QVariant &target)
 {

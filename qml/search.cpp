@@ -12,6 +12,8 @@ Match compareWord(const Application &application, const QString &word)
         return BeginsName;
     if (beginsWord(application.foldedName, word))
         return BeginsWordOfName;
+    if (application.foldedKind.startsWith(word))
+        return BeginsKind;
     if (beginsWord(application.foldedKind, word))
         return InKind;
     if (beginsWord(application.foldedAbout, word))

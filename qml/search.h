@@ -7,6 +7,7 @@ enum Match {
     ExactName,
     BeginsName,
     BeginsWordOfName,
+    BeginsKind,
     InKind,  // Generic name and keywords.
     InAbout, // Comment and full name.
     InId,

@@ -30,9 +30,9 @@ static QVariant value(FuzzedDataProvider &input)
     if (type == 4)
         return QStringList { text(input), text(input) };
     if (type == 5)
-        return QVariantMap { { text(input), value(input) } };
+        return QVariantMap { { text(input), text(input) } };
     if (type == 6)
-        return QVariant::fromValue(QDBusVariant(value(input)));
+        return QVariant::fromValue(QDBusVariant(text(input)));
     const auto number = [&input](int usual) {
         return input.ConsumeBool() ? input.ConsumeIntegral<int>() : usual;
     };

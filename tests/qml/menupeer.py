@@ -36,6 +36,10 @@ class Menu(dbus.service.Object):
     def LayoutUpdated(self, revision, id):
         pass
 
+    @dbus.service.signal("com.canonical.dbusmenu", "iu")
+    def ItemActivationRequested(self, id, time):
+        pass
+
     @dbus.service.signal("com.canonical.dbusmenu", "a(ia{sv})a(ias)")
     def ItemsPropertiesUpdated(self, changed, removed):
         pass

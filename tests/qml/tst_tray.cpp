@@ -1,6 +1,7 @@
 #include "imagestore.h"
 #include "patience.h"
 #include "patientcall.h"
+#include "senderdeleter.h"
 #include "tray.h"
 #include "traymenu.h"
 
@@ -300,6 +301,32 @@ private Q_SLOTS:
                              + text(tray, "title status hasMenu isMenu toolTip"),
                      expected);
         QVERIFY(image.isNull() || image.pixel(3, 3) == 0xff008040);
+    }
+
+    void aSlotMayDeleteTheTray_data()
+    {
+        QTest::addColumn<QByteArray>("signal");
+        for (const char *signal : { "countChanged", "registeredChanged", "ownerChanged",
+                                    "menuRequested", "rowsInserted", "rowsRemoved", "dataChanged" })
+            QTest::newRow(signal) << QByteArray(signal);
+    }
+    void aSlotMayDeleteTheTray()
+    {
+        QFETCH(QByteArray, signal);
+        Peer registry("watcher"), indicator(MENUPEER);
+        indicator.tell("indicator.set_status(1)");
+        const QPointer<Tray> tray(new Tray);
+        const SenderDeleter deleter(tray, signal);
+        int number = 0;
+        const auto stir = [&] {
+            if (!tray || tray->rowCount() == 0)
+                return;
+            indicator.tell("indicator.set_title('" + QByteArray::number(++number) + "')");
+            tray->contextMenu(key(*tray, 0), 0, 0);
+            if (signal == "rowsRemoved")
+                indicator.kill();
+        };
+        QTRY_VERIFY((stir(), !tray));
     }
 
     void theExampleIsATray()

@@ -1,5 +1,6 @@
 #include "imagestore.h"
 #include "patience.h"
+#include "senderdeleter.h"
 #include "signallog.h"
 #include "traymenu.h"
 
@@ -10,6 +11,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <memory>
 
 // For each row its text and the first letters of what it is: "Mute evcc" is enabled, visible,
 // checkable and checked.
@@ -155,6 +157,52 @@ private Q_SLOTS:
         QVERIFY(!log.take().contains("Reset"));
     }
 
+    void aSlotMayDeleteTheMenu_data()
+    {
+        QTest::addColumn<bool>("isBelow");
+        QTest::addColumn<QByteArray>("signal");
+        for (const char *signal :
+             { "serviceChanged", "pathChanged", "respondsChanged", "failed", "activationRequested",
+               "countChanged", "loadingChanged", "opened", "rowsInserted", "rowsRemoved",
+               "rowsMoved", "dataChanged" })
+            QTest::newRow(signal) << false << QByteArray(signal);
+        for (const char *signal : { "countChanged", "loadingChanged", "opened", "rowsInserted",
+                                    "rowsRemoved", "dataChanged" })
+            QTest::addRow("%s below", signal) << true << QByteArray(signal);
+    }
+    void aSlotMayDeleteTheMenu()
+    {
+        QFETCH(bool, isBelow);
+        QFETCH(QByteArray, signal);
+        _tell("menu.show(item(1, item(9)), item(2), item(3))");
+        const QPointer<TrayMenu> menu(new TrayMenu);
+        QPointer<TrayMenu> sender = menu;
+        std::unique_ptr<SenderDeleter> deleter;
+        if (!isBelow)
+            deleter = std::make_unique<SenderDeleter>(sender, signal);
+        const bool fails = signal == "failed";
+        if (menu)
+            menu->setService("org.quorvane.menu");
+        if (menu)
+            menu->setPath(fails ? "/none" : "/menu");
+        if (isBelow) {
+            QTRY_VERIFY((sender = menu->submenu(0)));
+            deleter = std::make_unique<SenderDeleter>(sender, signal);
+        }
+        int number = 10;
+        const auto stir = [&] {
+            const QByteArray text = QByteArray::number(++number);
+            const QByteArray rows[] { "item(2), item(3, label='x')", "item(3), item(2)" };
+            _tell("menu.show(item(1, item(9, label='" + text + "'), "
+                  + (number % 3 == 0 ? "" : "item(1" + text + ")") + "), " + rows[number % 2]
+                  + ", item(" + text + ")); menu.ItemActivationRequested(0, 0)");
+            if (sender)
+                sender->open();
+        };
+        QTRY_VERIFY((stir(), !sender));
+        delete menu;
+    }
+
     void aStoppedBusHoldsNothingUp()
     {
         const QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
@@ -181,7 +229,8 @@ private Q_SLOTS:
         SHOWS("calm ev");
         QVERIFY(_peer.readAll().count("asked") < 200);
         QSignalSpy changed(&_menu, &TrayMenu::dataChanged);
-        _tell("[menu.ItemsPropertiesUpdated([(1, {'label': str(i)})], []) for i in range(3000)]; "
+        _tell("menu.layout = item(0, item(1, label='still')); "
+              "[menu.ItemsPropertiesUpdated([(1, {'label': str(i)})], []) for i in range(3000)]; "
               "menu.ItemsPropertiesUpdated([(1, {'label': 'still'})], [(1, ['enabled'])])");
         QVERIFY(changed.wait(patience));
         SHOWS("still ev");

@@ -121,7 +121,8 @@ private Q_SLOTS:
         QTRY_COMPARE(_texts("NotificationCentre"), "5 4 3 One");
         QCOMPARE(_cards("NotificationCentre").value(2)->property("folded"), 2);
         QVERIFY(_engine.evaluate("for (const name in {}) name").isUndefined());
-        QTest::mouseClick(_window, Qt::MiddleButton, {}, _middle(_cards("NotificationCentre")[0]));
+        QTest::mouseClick(_window, Qt::MiddleButton, {},
+                          _middle(_cards("NotificationCentre").value(0)));
         QTRY_COMPARE(_texts("NotificationCentre"), "4 3 2 One");
     }
 

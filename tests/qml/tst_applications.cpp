@@ -197,9 +197,11 @@ private Q_SLOTS:
             if (_model->count() == 0)
                 _model->setSearch({});
         });
-        connect(_model.get(), &Applications::rowsInserted, this,
-                [this] { _model->setCategory({}); });
         _model->setSearch("nothing at all");
+        QCOMPARE(_model->count(), 300);
+        QCOMPARE(counts.size(), 7);
+        connect(_model.get(), &Applications::rowsRemoved, this, [this] { _model->setSearch({}); });
+        _model->setSearch("nothing");
         QCOMPARE(_model->count(), 300);
         QCOMPARE(counts.size(), 7);
         _model->setCategory("Game");

@@ -396,12 +396,14 @@ QImage readPicture(const QByteArray &data, const QSize &room, QSize *own)
     if (!picture.isScalable && !isAffordable(picture, size))
         return {};
     const QSize itsOwn = picture.size;
+    // What had to be decoded smaller than wanted stays so.
+    const bool isShort = !picture.isScalable && size != itsOwn && size.width() < wanted.width();
     QImage image = decoded(std::move(picture), size);
     if (image.isNull())
         return {};
     if (own)
         *own = itsOwn;
-    return scaled(std::move(image), wanted);
+    return isShort ? image : scaled(std::move(image), wanted);
 }
 
 QImage readPictureFile(const QString &path, const QSize &room, QSize *own)

@@ -8,10 +8,17 @@ BusNames::BusNames(QObject *parent)
     : QObject(parent)
     , _watcher(QString(), QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
 {
+    // Of the signals of one change the last: Qt uses its watcher between them, which may have gone.
     connect(&_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString &name, const QString &, const QString &owner) {
-                _set(name, owner);
+            [this](const QString &name, const QString &before, const QString &owner) {
+                _comer = owner;
+                if (!before.isEmpty() && !owner.isEmpty())
+                    _set(name, owner);
             });
+    connect(&_watcher, &QDBusServiceWatcher::serviceRegistered, this,
+            [this](const QString &name) { _set(name, _comer); });
+    connect(&_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
+            [this](const QString &name) { _set(name, {}); });
 }
 
 QString BusNames::ofBus()

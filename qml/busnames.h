@@ -41,5 +41,6 @@ private:
     QHash<QString, Name> _names;
     QQueue<QString> _waiting;
     int _asked = 0;
+    QString _comer; // Of the change that is being told.
     QDBusServiceWatcher _watcher;
 };

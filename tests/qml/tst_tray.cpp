@@ -313,9 +313,12 @@ private Q_SLOTS:
     void aSlotMayDeleteTheTray()
     {
         QFETCH(QByteArray, signal);
-        Peer registry("watcher"), indicator(MENUPEER);
+        const std::unique_ptr<Peer> registry(signal == "ownerChanged" ? new Peer("watcher")
+                                                                      : nullptr);
+        Peer indicator(MENUPEER);
         indicator.tell("indicator.set_status(1)");
         const QPointer<Tray> tray(new Tray);
+        const auto end = qScopeGuard([tray] { delete tray; });
         const SenderDeleter deleter(tray, signal);
         int number = 0;
         const auto stir = [&] {

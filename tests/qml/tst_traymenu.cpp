@@ -176,6 +176,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, signal);
         _tell("menu.show(item(1, item(9)), item(2), item(3))");
         const QPointer<TrayMenu> menu(new TrayMenu);
+        const auto end = qScopeGuard([menu] { delete menu; });
         QPointer<TrayMenu> sender = menu;
         std::unique_ptr<SenderDeleter> deleter;
         if (!isBelow)
@@ -200,7 +201,6 @@ private Q_SLOTS:
                 sender->open();
         };
         QTRY_VERIFY((stir(), !sender));
-        delete menu;
     }
 
     void aStoppedBusHoldsNothingUp()

@@ -158,7 +158,7 @@ private:
     void _change(const Rows &wanted);
 
     const QSharedPointer<NotificationList> _list;
-    Rows _rows; // As was announced.
+    Rows _rows;                                          // As was announced.
     const QSharedPointer<ApplicationList> _applications; // For the icons of desktop entries.
     bool _following = false;
     bool _behind = false;

@@ -543,7 +543,9 @@ void Filter::_take(const QString &text)
     Node &node = _nodes[size_t(_open.back())];
     if (!node.name.startsWith(QLatin1String("t")) || _letters >= mostTextLetters)
         return;
-    node.text += _unescaped(text).left(mostTextLetters - _letters);
+    QString letters = _unescaped(text);
+    letters.truncate(mostTextLetters - _letters);
+    node.text += letters;
     _letters += text.size();
 }
 
@@ -729,7 +731,7 @@ QString Filter::_embedded(const QString &url)
 {
     const int comma = url.indexOf(QLatin1Char(','));
     if (!url.startsWith(QLatin1String("data:image/"))
-        || !url.left(comma).endsWith(QLatin1String(";base64")))
+        || !QStringView(url).left(comma).endsWith(QLatin1String(";base64")))
         return {};
     const QImage image = _readImage(QByteArray::fromBase64(url.mid(comma + 1).toLatin1()));
     QByteArray png;

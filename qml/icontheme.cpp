@@ -378,7 +378,8 @@ QString Index::find(const QString &name, int extent, const IconThemes &themes)
             _choose();
         _fresh.setRemainingTime(lookAgainAfter);
     }
-    for (const QString &form : formsOf(name)) {
+    const QStringList forms = formsOf(name);
+    for (const QString &form : forms) {
         for (const auto &theme : _chain) {
             const QString file = theme->find(form, extent);
             if (!file.isEmpty())

@@ -118,7 +118,7 @@ Picture png(QByteArray data)
     Picture picture;
     picture.format = "png";
     picture.size = { bigEndian<quint32>(data, 16), bigEndian<quint32>(data, 20) };
-    if (qMax(picture.size.width(), picture.size.height()) > longestSide)
+    if (picture.size.isEmpty() || qMax(picture.size.width(), picture.size.height()) > longestSide)
         return {};
     const bool isDeep = data.at(24) == 16;
     const bool isTrueColor = data.at(25) == 2 || data.at(25) == 6;

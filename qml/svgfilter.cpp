@@ -155,7 +155,8 @@ public:
         while (_at < size && isDigit(_text.at(_at)))
             ++_at;
         _skipExponent();
-        value = digits > mostDigits ? HUGE_VAL : _text.mid(from, qMin(_at - from, 40)).toDouble();
+        value = digits > mostDigits ? HUGE_VAL
+                                    : QStringView(_text).mid(from, qMin(_at - from, 40)).toDouble();
         if (isNegative)
             value = -value;
         return true;
@@ -221,7 +222,7 @@ double length(const QString &text)
     int end = text.size();
     while (end > 0 && !isDigit(text.at(end - 1)) && text.at(end - 1) != QLatin1Char('.'))
         --end;
-    return text.left(end).toDouble() * units.value(text.mid(end).trimmed(), 0);
+    return QStringView(text).left(end).toDouble() * units.value(text.mid(end).trimmed(), 0);
 }
 
 QTransform transformOf(const QString &text)
@@ -452,7 +453,7 @@ bool Filter::_skipDeclaration()
         return found >= 0;
     };
     const auto startsWith = [this](const char *start) {
-        return _text.midRef(_at, 9).startsWith(QLatin1String(start));
+        return QStringView(_text).mid(_at, 9).startsWith(QLatin1String(start));
     };
     if (startsWith("<!--")) {
         _at += 4;
@@ -510,7 +511,7 @@ QString Filter::_unescaped(const QString &text)
     QString result;
     for (int at = 0; at < text.size(); ++at) {
         const int end = text.at(at) == QLatin1Char('&')
-                                ? text.mid(at, longestEntity).indexOf(QLatin1Char(';'))
+                                ? QStringView(text).mid(at, longestEntity).indexOf(QLatin1Char(';'))
                                 : -1;
         if (end < 0) {
             result += text.at(at);
@@ -518,7 +519,8 @@ QString Filter::_unescaped(const QString &text)
         }
         const QString name = text.mid(at + 1, end - 1);
         const bool isHex = name.startsWith(QLatin1String("#x"));
-        const uint code = isHex ? name.mid(2).toUInt(nullptr, 16) : name.mid(1).toUInt();
+        const uint code = isHex ? QStringView(name).mid(2).toUInt(nullptr, 16)
+                                : QStringView(name).mid(1).toUInt();
         const QString value = names.value(name, _entities.value(name));
         if (name.startsWith(QLatin1Char('#')) && code >= ' ' && code < 0xd800)
             result += QChar(ushort(code));
@@ -541,7 +543,9 @@ void Filter::_take(const QString &text)
     Node &node = _nodes[size_t(_open.back())];
     if (!node.name.startsWith(QLatin1String("t")) || _letters >= mostTextLetters)
         return;
-    node.text += _unescaped(text).left(mostTextLetters - _letters);
+    QString letters = _unescaped(text);
+    letters.truncate(mostTextLetters - _letters);
+    node.text += letters;
     _letters += text.size();
 }
 
@@ -727,7 +731,7 @@ QString Filter::_embedded(const QString &url)
 {
     const int comma = url.indexOf(QLatin1Char(','));
     if (!url.startsWith(QLatin1String("data:image/"))
-        || !url.left(comma).endsWith(QLatin1String(";base64")))
+        || !QStringView(url).left(comma).endsWith(QLatin1String(";base64")))
         return {};
     const QImage image = _readImage(QByteArray::fromBase64(url.mid(comma + 1).toLatin1()));
     QByteArray png;
@@ -750,9 +754,8 @@ void Filter::_restrict(Node &node)
             if (isImage)
                 value = _embedded(value);
             isFine = isImage ? !value.isEmpty() : isFine && value.startsWith(QLatin1Char('#'));
-        } else if (geometry().contains(name)) {
-            isFine = isFine && isModerate(value);
-        } else if (name.startsWith(QLatin1String("stroke-")) || name == QLatin1String("font-size")) {
+        } else if (geometry().contains(name) || name.startsWith(QLatin1String("stroke-"))
+                   || name == QLatin1String("font-size")) {
             isFine = isFine && isModerate(value);
         } else if (value.contains(QLatin1String("url("))) {
             isFine = isFine && value.startsWith(QLatin1String("url(#"));

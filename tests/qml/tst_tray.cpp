@@ -318,7 +318,7 @@ private Q_SLOTS:
         Peer indicator(MENUPEER);
         indicator.tell("indicator.set_status(1)");
         const QPointer<Tray> tray(new Tray);
-        const auto end = qScopeGuard([tray] {
+        const auto end = qScopeGuard([&tray] {
             if (tray)
                 tray->deleteLater();
         });

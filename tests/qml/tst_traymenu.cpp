@@ -176,7 +176,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, signal);
         _tell("menu.show(item(1, item(9)), item(2), item(3))");
         const QPointer<TrayMenu> menu(new TrayMenu);
-        const auto end = qScopeGuard([menu] {
+        const auto end = qScopeGuard([&menu] {
             if (menu)
                 menu->deleteLater();
         });

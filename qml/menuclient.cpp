@@ -59,12 +59,7 @@ MenuClient::MenuClient(const QString &service, const QString &path, QObject *par
 
     _patience.setSingleShot(true);
     _patience.setInterval(patience);
-    connect(&_patience, &QTimer::timeout, this, [this] {
-        const QPointer<MenuClient> self(this);
-        _setResponds(false);
-        if (self)
-            _endPreparations(false);
-    });
+    connect(&_patience, &QTimer::timeout, this, &MenuClient::_miss);
 
     // Without the name: for one, Qt asks the bus for its owner and waits.
     QDBusConnection::sessionBus().connect(QString(), path, menuInterface(), QString(), this,
@@ -268,6 +263,14 @@ void MenuClient::_expectAnswer()
 {
     if (!_patience.isActive())
         _patience.start();
+}
+
+void MenuClient::_miss()
+{
+    const QPointer<MenuClient> self(this);
+    _setResponds(false);
+    if (self)
+        _endPreparations(false);
 }
 
 void MenuClient::_hear(const QDBusMessage &answer)

@@ -61,6 +61,7 @@ private:
     void _announced(int id, const QDBusMessage &answer);
     void _endPreparations(bool ok);
     void _expectAnswer();
+    void _miss();
     void _hear(const QDBusMessage &answer);
     void _setResponds(bool responds);
 

@@ -127,10 +127,10 @@ void TrayItems::_keepWithinBounds()
     const auto excess = std::find_if(_entries.crbegin(), _entries.crend(), [&](const Entry &entry) {
         return numbers.value(_program(entry)) == largest;
     });
-    const Entry entry = *excess;
+    const QVector<Entry> left { *excess };
     if (largest <= mostOfOne && _waiting.size() < mostWaiting)
-        _waiting.enqueue(entry);
-    _leave({ entry });
+        _waiting.enqueue(left.first());
+    _leave(left);
 }
 
 void TrayItems::_leave(const QVector<Entry> &entries)

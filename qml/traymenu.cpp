@@ -267,14 +267,17 @@ void TrayMenu::_follow(MenuClient *client)
     });
     if (_root != this)
         return;
-    connect(client, &MenuClient::layoutReceived, this, [this](const MenuItem &menu) {
-        const QPointer<TrayMenu> self(this);
-        _setItems(menu.children);
-        if (self)
-            _updateLoading();
-    });
+    connect(client, &MenuClient::layoutReceived, this, &TrayMenu::_takeLayout);
     connect(client, &MenuClient::propertiesReceived, this, &TrayMenu::_setProperties);
     connect(client, &MenuClient::activationRequested, this, &TrayMenu::activationRequested);
+}
+
+void TrayMenu::_takeLayout(const MenuItem &menu)
+{
+    const QPointer<TrayMenu> self(this);
+    _setItems(menu.children);
+    if (self)
+        _updateLoading();
 }
 
 void TrayMenu::_limitOpening()

@@ -138,6 +138,7 @@ private:
 
     void _connectToService();
     void _follow(MenuClient *client);
+    void _takeLayout(const MenuItem &menu);
     void _limitOpening();
     void _announce();
     void _prepared(int id, bool ok);

@@ -219,7 +219,7 @@ void TrayRegistry::_tellOfRemoval(const TrayAddress &address)
     });
     if (told == _told.cend())
         return;
-    const Item item = *told;
+    const Item item { told->address, told->owner };
     _told.erase(_told.begin() + (told - _told.cbegin()));
     const QPointer<TrayRegistry> self(this);
     Q_EMIT itemUnregistered(address);

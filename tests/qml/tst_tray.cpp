@@ -318,7 +318,10 @@ private Q_SLOTS:
         Peer indicator(MENUPEER);
         indicator.tell("indicator.set_status(1)");
         const QPointer<Tray> tray(new Tray);
-        const auto end = qScopeGuard([tray] { delete tray; });
+        const auto end = qScopeGuard([&tray] {
+            if (tray)
+                tray->deleteLater();
+        });
         const SenderDeleter deleter(tray, signal);
         int number = 0;
         const auto stir = [&] {

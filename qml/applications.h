@@ -9,7 +9,8 @@
 
 class ApplicationList;
 
-/*! \brief The installed applications as a launcher shows them: found, sorted, searched and started.
+/*! \ingroup shell
+    \brief The installed applications as a launcher shows them: found, sorted, searched and started.
 
     The applications are the desktop entries below "applications" in the data directories, by the
     rules of the Desktop Entry and Base Directory Specifications, as GIO reads them. A file in a more

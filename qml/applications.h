@@ -155,7 +155,7 @@ Q_SIGNALS:
     void showAllChanged();
 
     /*! The application can't be launched, or its program ended with an error within two seconds.
-        The message says why, in the words of GIO or of the bus. */
+        The message says why, in the words of GLib or of the bus. */
     void failed(const QString &appId, const QString &message);
 
 private:

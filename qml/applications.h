@@ -9,7 +9,8 @@
 
 class ApplicationList;
 
-/*! \brief The installed applications as a launcher shows them: found, sorted, searched and started.
+/*! \ingroup shell
+    \brief The installed applications as a launcher shows them: found, sorted, searched and started.
 
     The applications are the desktop entries below "applications" in the data directories, by the
     rules of the Desktop Entry and Base Directory Specifications, as GIO reads them. A file in a more
@@ -154,7 +155,7 @@ Q_SIGNALS:
     void showAllChanged();
 
     /*! The application can't be launched, or its program ended with an error within two seconds.
-        The message says why, in the words of GIO or of the bus. */
+        The message says why, in the words of GLib or of the bus. */
     void failed(const QString &appId, const QString &message);
 
 private:

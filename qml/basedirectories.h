@@ -4,7 +4,8 @@
 
 #include <QObject>
 
-/*! \brief The base directories, as a singleton of the QML module.
+/*! \ingroup shell
+    \brief The base directories, as a singleton of the QML module.
 
     They follow the environment, which tells nobody when it changes: each access reads it anew, but no
     binding hears of a change. Each property is the function of its name in the namespace xdg. */

@@ -15,7 +15,8 @@
 
 class MenuClient;
 
-/*! \brief The menu of a tray item, or of any program that exports one, as a list model.
+/*! \ingroup shell
+    \brief The menu of a tray item, or of any program that exports one, as a list model.
 
     Speaks com.canonical.dbusmenu as its client. The menu is where service and path say; Tray.menu()
     makes one for an item. It is read at once and followed from then on: rows are inserted, removed,

@@ -12,11 +12,6 @@ FocusScope {
     property alias heading: heading.text
     property alias menu: menu
     property alias search: search
-    // Sound and video are both in their common category.
-    readonly property var _categories: applications.categories
-        .filter(category => category !== "Audio" && category !== "Video")
-        .sort((one, other) => applications.categoryName(one)
-                                  .localeCompare(applications.categoryName(other)))
     readonly property bool _narrowed: search.length > 0 || applications.category !== ""
 
     function launch(row) {
@@ -109,7 +104,7 @@ FocusScope {
         ChipRow {
             Layout.fillWidth: true
             chosen: launcher.applications.category
-            model: [""].concat(launcher._categories)
+            model: [""].concat(launcher.applications.categories)
             textOf: category => category === "" ? "All" : launcher.applications.categoryName(category)
             visible: model.length > 1
             Accessible.name: "Categories"

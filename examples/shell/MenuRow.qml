@@ -32,7 +32,8 @@ Controls.AbstractButton {
             text: !row.entry.checked ? "" : row.entry.radio ? "\u25cf" : "\u2713"
         }
         Image {
-            source: Theme.picture(row.entry.iconSource || "", "missing=empty")
+            source: Theme.picture(row.entry.iconSource || "",
+                                  "color=" + encodeURIComponent(Theme.text))
             sourceSize: Qt.size(16, 16)
             visible: source != ""
         }

@@ -282,8 +282,9 @@ void TrayMenu::_takeLayout(const MenuItem &menu)
 
 void TrayMenu::_limitOpening()
 {
-    constexpr auto patience = 3s;
+    constexpr auto patience = 2900ms; // In time for the three seconds that are promised.
     _opens.setSingleShot(true);
+    _opens.setTimerType(Qt::PreciseTimer);
     _opens.setInterval(patience);
     connect(&_opens, &QTimer::timeout, this, [this] { _prepared(_id, false); });
 }

@@ -1,6 +1,5 @@
 #!/usr/bin/python3
 """Menus of others: one of GTK behind an indicator, and one that is whatever the test says."""
-import sys
 from functools import reduce
 
 import dbus.mainloop.glib
@@ -65,5 +64,6 @@ indicator.set_menu(widgets)
 indicator.connect("scroll-event", lambda _, steps, direction: print(direction, flush=True))
 Gio.bus_own_name_on_connection(bus, "org.quorvane.gtk", 0, lambda *_: print("ready", flush=True))
 # Each line of the standard input is run.
-GLib.io_add_watch(0, GLib.IO_IN, lambda *_: exec(sys.stdin.readline(), globals()) or True)
+lines = open(0, "rb", buffering=0)  # What a buffer holds wakes nobody.
+GLib.io_add_watch(0, GLib.IO_IN, lambda *_: exec(lines.readline(), globals()) or True)
 GLib.MainLoop().run()

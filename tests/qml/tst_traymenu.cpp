@@ -220,8 +220,8 @@ private Q_SLOTS:
         connected.wait(patience);
         ::kill(daemon, SIGCONT);
         QVERIFY(clock.elapsed() < patience / 2);
-        _tell("menu.show(item(1, label='calm'))");
-        SHOWS("calm ev");
+        _tell("menu.show(item(1, label='read'))");
+        SHOWS("read ev");
     }
 
     void neitherAStormNorAStoppedProgramHoldsAnythingUp()

@@ -24,6 +24,8 @@ class ApplicationList;
     process began with.
 
     A slot on a signal may search, launch and delete the model; what it asks for is shown after it.
+    Only signals that tell what is about to come are no place for it. countChanged() comes once for
+    all that changed, at the end.
 
     | Role | Name | Value |
     | ---- | ---- | ----- |

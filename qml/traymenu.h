@@ -20,7 +20,8 @@ class MenuClient;
 
     Speaks com.canonical.dbusmenu as its client. The menu is where service and path say; Tray.menu()
     makes one for an item. It is read at once and followed from then on: rows are inserted, removed,
-    moved and changed one by one, so that an open menu does not flicker.
+    moved and changed one by one, so that an open menu does not flicker; more than 100 such steps at
+    once are a change of the layout. countChanged() comes once, at the end.
 
     | Role        | Type   |                                                               |
     |-------------|--------|---------------------------------------------------------------|

@@ -25,7 +25,8 @@ class ApplicationList;
 
     A slot on a signal may search, launch and delete the model; what it asks for is shown after it.
     Only signals that tell what is about to come are no place for it. countChanged() comes once for
-    all that changed, at the end.
+    all that changed, at the end. The signals of search, category and showAll come after that, when the
+    rows are the new ones.
 
     | Role | Name | Value |
     | ---- | ---- | ----- |

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr auto pause = 50ms;
 constexpr auto longestPause = 10s;
-constexpr auto patience = 3s;
+constexpr auto patience = 2900ms; // So that a menu can say within three seconds that it failed.
 constexpr int maximalPath = 1000;
 
 QString menuInterface()
@@ -58,6 +58,7 @@ MenuClient::MenuClient(const QString &service, const QString &path, QObject *par
     connect(&_pause, &QTimer::timeout, this, &MenuClient::_update);
 
     _patience.setSingleShot(true);
+    _patience.setTimerType(Qt::PreciseTimer);
     _patience.setInterval(patience);
     connect(&_patience, &QTimer::timeout, this, &MenuClient::_miss);
 

@@ -282,7 +282,7 @@ void TrayMenu::_takeLayout(const MenuItem &menu)
 
 void TrayMenu::_limitOpening()
 {
-    constexpr auto patience = 2900ms; // In time for the three seconds that are promised.
+    constexpr auto patience = 2950ms; // A little longer than the client's.
     _opens.setSingleShot(true);
     _opens.setTimerType(Qt::PreciseTimer);
     _opens.setInterval(patience);

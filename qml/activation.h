@@ -7,8 +7,8 @@
 
 class QDBusMessage;
 
-// One activation of an application by the session bus. It may take as long as the program likes, and
-// deletes itself then.
+// One activation of an application by the session bus. It may take as long as the program likes,
+// and deletes itself then.
 class Activation : public QObject
 {
     Q_OBJECT

@@ -82,6 +82,7 @@ struct InstalledApplications
 ApplicationPointer readApplication(const QString &path, const QString &appId);
 
 // All applications. Those that are what they were before are the same objects, and only files that
-// have changed are read. May be called in any thread; ends early, with anything, once it is cancelled.
+// have changed are read. May be called in any thread; ends early, with anything, once it is
+// cancelled.
 InstalledApplications readApplications(const InstalledApplications &before,
                                        const std::atomic<bool> &cancelled);

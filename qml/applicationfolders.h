@@ -24,8 +24,8 @@ struct ApplicationFolder
 };
 
 // Those that there are, the most important first: the data directories in the order of the Base
-// Directory Specification, each before its own folders. Of these it takes 8 levels, and 1,000 in all,
-// the upper levels first; each place once, wherever links lead. May be called in any thread.
+// Directory Specification, each before its own folders. Of these it takes 8 levels, and 1,000 in
+// all, the upper levels first; each place once, wherever links lead. May be called in any thread.
 QVector<ApplicationFolder> applicationFolders();
 
 // Watches these folders, and for those that aren't there the next one above that is.
@@ -33,8 +33,8 @@ QVector<ApplicationFolder> applicationFolders();
 // GIO's monitor of applications does neither see what happens in folders below, nor tell a new
 // application from any file in the user's configuration. So the folders have monitors of files,
 // which all share one inotify instance. They need GLib's main loop; where Qt runs without
-// (QT_NO_GLIB) Qt's own watcher takes over, after a warning: it hears of files that come and go, and
-// not of those that are written in place.
+// (QT_NO_GLIB) Qt's own watcher takes over, after a warning: it hears of files that come and go,
+// and not of those that are written in place.
 class ApplicationFolders : public QObject
 {
     Q_OBJECT
@@ -43,8 +43,8 @@ public:
     explicit ApplicationFolders(QObject *parent = nullptr);
     ~ApplicationFolders() override;
 
-    // Watches these, as they are now. A folder that went and came back is another one, so this is to
-    // be called after each change, before the folders are read.
+    // Watches these, as they are now. A folder that went and came back is another one, so this is
+    // to be called after each change, before the folders are read.
     void watch(const QVector<ApplicationFolder> &folders);
 
 Q_SIGNALS:

@@ -56,8 +56,8 @@ void BusNames::_askNext()
         if (!_names.contains(name))
             continue;
         ++_asked;
-        // Watched first, so that a name which vanishes while the bus is asked is not missed. The bus
-        // answers in order.
+        // Watched first, so that a name which vanishes while the bus is asked is not missed. The
+        // bus answers in order.
         _watcher.addWatchedService(name);
         whenOwnerKnown(name, this, [this, name](const QString &owner) {
             --_asked;

@@ -5,8 +5,8 @@
 #include <QObject>
 #include <QQueue>
 
-// Who owns names on the session bus, of those that are followed. Nothing waits for the bus, which is
-// asked for a few names at a time.
+// Who owns names on the session bus, of those that are followed. Nothing waits for the bus, which
+// is asked for a few names at a time.
 class BusNames : public QObject
 {
     Q_OBJECT
@@ -24,7 +24,8 @@ public:
     QString owner(const QString &name) const;
 
 Q_SIGNALS:
-    // What the bus tells of a name that is followed, and again whenever that changes. Empty for none.
+    // What the bus tells of a name that is followed, and again whenever that changes. Empty for
+    // none.
     void ownerKnown(const QString &name, const QString &owner);
 
 private:

@@ -134,23 +134,34 @@ struct Request
     QUrlQuery query;
 };
 
+constexpr const char *parts[] = { "?color=", "?label=", "?missing=" };
+
 // Qt has decoded a question mark of a path, too: the query is what begins with the name of a part.
 int queryOf(const QString &id)
 {
-    for (int at = id.indexOf(QLatin1Char('?')); at >= 0; at = id.indexOf(QLatin1Char('?'), at + 1)) {
-        const QString rest = id.mid(at + 1, 16);
-        for (const char *part : { "color=", "label=", "missing=" }) {
-            if (rest.startsWith(QLatin1String(part)))
-                return at;
-        }
+    int first = -1;
+    for (const char *part : parts) {
+        const int at = id.indexOf(QLatin1String(part));
+        if (at >= 0 && (first < 0 || at < first))
+            first = at;
     }
-    return -1;
+    return first;
+}
+
+// Whoever appends a part need not know whether the URL has one already.
+QString joinedQuery(QString query)
+{
+    for (const char *part : parts) {
+        const QString begun = QLatin1String(part);
+        query.replace(begun, QLatin1Char('&') + begun.mid(1));
+    }
+    return query;
 }
 
 Request::Request(const QString &id)
 {
     const int at = queryOf(id);
-    query.setQuery(at < 0 ? QString() : id.mid(at + 1));
+    query.setQuery(at < 0 ? QString() : joinedQuery(id.mid(at + 1)));
     const QString path = id.left(at < 0 ? id.size() : at);
     const QString kind = path.section(QLatin1Char('/'), 0, 0);
     const QString rest = path.section(QLatin1Char('/'), 1);

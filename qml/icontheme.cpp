@@ -267,7 +267,8 @@ bool Theme::isCurrent() const
 QString Theme::find(const QString &name, int extent) const
 {
     QVector<Place> places = _files.value(name);
-    // A larger one is better than a smaller one, and the order of the index and of endings says the rest.
+    // A larger one is better than a smaller one, and the order of the index and of endings says the
+    // rest.
     std::sort(places.begin(), places.end(), [&](Place left, Place right) {
         const auto order = [&](Place place) {
             const Folder &folder = _folders[place.folder];
@@ -391,8 +392,8 @@ QString Index::find(const QString &name, int extent, const IconThemes &themes)
 
 Q_GLOBAL_STATIC(Index, icons)
 
-// How well an icon of a folder like "48x48" or "scalable" suits: less is better, and a larger one is
-// better than a smaller one.
+// How well an icon of a folder like "48x48" or "scalable" suits: less is better, and a larger one
+// is better than a smaller one.
 int misfit(const QString &folder, int extent)
 {
     const int own = folder.section(QLatin1Char('x'), 0, 0).toInt();

@@ -14,8 +14,8 @@ struct Launch
 
 // Starts the program of an application, or of one of its actions, as a child that is to be reaped:
 // the field codes with the URIs, in its folder, in a terminal if it or the caller asks for one. It
-// has the environment of this process, without what is about the shell itself, and its output, a session
-// of its own, and survives this process.
+// has the environment of this process, without what is about the shell itself, and its output, a
+// session of its own, and survives this process.
 Launch launch(const Application &application, const QString &action, const QByteArrayList &uris,
               bool inTerminal);
 

@@ -3,8 +3,9 @@
 #include <QByteArray>
 #include <QVariant>
 
-// The URI of what an application is to open. A text that begins with "/" is a path, whatever characters
-// are in it; any other is a URL with a scheme, as a QUrl is. Empty for what is none of these.
+// The URI of what an application is to open. A text that begins with "/" is a path, whatever
+// characters are in it; any other is a URL with a scheme, as a QUrl is. Empty for what is none of
+// these.
 QByteArray launchUri(const QVariant &target);
 
 // The path of a file of this machine; empty for another URI.

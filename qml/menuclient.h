@@ -11,9 +11,9 @@
 class QDBusMessage;
 
 // One menu on the session bus, spoken to without ever waiting. It fetches the layout at once and
-// whenever the menu says that it changed, with one call at a time, however often it says so. Changes
-// of properties are taken together; of more than a few at a time the layout tells. All of it happens
-// 20 times a second at most, and the less often the longer it takes.
+// whenever the menu says that it changed, with one call at a time, however often it says so.
+// Changes of properties are taken together; of more than a few at a time the layout tells. All of
+// it happens 20 times a second at most, and the less often the longer it takes.
 class MenuClient : public QObject
 {
     Q_OBJECT

@@ -16,8 +16,8 @@ class NotificationService;
 // The notification service of this process and what is pending: one for all objects that show it,
 // which follow rows() and pass its signals on. It is on the bus as long as one of them is there.
 //
-// Whoever hears of a change may change something, too. It happens at once, and what there is to tell
-// of it comes after what is being told, of which some may have gone by then.
+// Whoever hears of a change may change something, too. It happens at once, and what there is to
+// tell of it comes after what is being told, of which some may have gone by then.
 class NotificationList
     : public QObject
     , public QEnableSharedFromThis<NotificationList>

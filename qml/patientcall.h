@@ -8,9 +8,10 @@
 
 class QDBusMessage;
 
-// A call that reads something of a program, for which nobody waits. One that stays unanswered is sent
-// again after its patience, 30 seconds, and then ever less often, as programs lose calls; the first
-// answer to any of them counts, so that a program which was stopped is heard as soon as it goes on.
+// A call that reads something of a program, for which nobody waits. One that stays unanswered is
+// sent again after its patience, 30 seconds, and then ever less often, as programs lose calls; the
+// first answer to any of them counts, so that a program which was stopped is heard as soon as it
+// goes on.
 class PatientCall : public QObject
 {
     Q_OBJECT

@@ -5,8 +5,8 @@
 
 class NotificationList;
 
-// What other processes see of a NotificationList as "com.zovar.NotificationManager": what is pending, by
-// which they answer and close it.
+// What other processes see of a NotificationList as "com.zovar.NotificationManager": what is
+// pending, by which they answer and close it.
 class PendingNotifications : public QObject
 {
     Q_OBJECT

@@ -64,7 +64,8 @@ QByteArray readRegularFile(const QString &path, qint64 largest)
         return file.open(QIODevice::ReadOnly) && file.size() <= largest ? file.readAll()
                                                                         : QByteArray();
     }
-    // Some devices do things when they are opened. What takes the file's place meanwhile is refused.
+    // Some devices do things when they are opened. What takes the file's place meanwhile is
+    // refused.
     if (fileStamp(path).isNull())
         return {};
     const int file = open(QFile::encodeName(path).constData(),

@@ -18,6 +18,6 @@ struct FileStamp
 // That of a regular file, which may stand behind links; null for all else.
 FileStamp fileStamp(const QString &path);
 
-// The contents of a regular file; null for all else, and for one that is larger. Nobody waits for the
-// writer of a pipe, and no device is opened. Takes paths of Qt's resources, too.
+// The contents of a regular file; null for all else, and for one that is larger. Nobody waits for
+// the writer of a pipe, and no device is opened. Takes paths of Qt's resources, too.
 QByteArray readRegularFile(const QString &path, qint64 largest);

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-// Takes a list model from the rows that it has to those that are wanted, by signals that leave a view
-// where it is, and announces countChanged() once, at the end.
+// Takes a list model from the rows that it has to those that are wanted, by signals that leave a
+// view where it is, and announces countChanged() once, at the end.
 //
 // A slot on any of these signals may do what it likes: ask for other rows, which are taken up after
 // it, or delete the model, but not in a signal that tells what is about to come, since Qt itself

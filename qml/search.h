@@ -15,6 +15,6 @@ enum Match {
     NoMatch
 };
 
-// The place for folded words, each of which has to be found; that of the word found last counts. Id and
-// the inside of the name count from three letters on.
+// The place for folded words, each of which has to be found; that of the word found last counts. Id
+// and the inside of the name count from three letters on.
 Match compare(const Application &application, const QStringList &words);

@@ -168,8 +168,8 @@ bool SortFilterProxyModel::lessThan(const QModelIndex &left, const QModelIndex &
     return _collator.compare(a.toString(), b.toString()) < 0;
 }
 
-// Role names may come later than their use, with the source or with its rows. Like the next, it returns
-// whether the model is still there.
+// Role names may come later than their use, with the source or with its rows. Like the next, it
+// returns whether the model is still there.
 bool SortFilterProxyModel::_resolveRoles()
 {
     const QHash<int, QByteArray> names = roleNames();

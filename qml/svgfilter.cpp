@@ -26,8 +26,8 @@ constexpr int mostEntities = 256;
 constexpr int longestEntity = 24;
 constexpr int mostTextLetters = 1000;
 constexpr int mostDigits = 7;
-// Sides of the picture: Qt clips what reaches further, each line against each other, and what reaches
-// much further takes whatever memory it likes.
+// Sides of the picture: Qt clips what reaches further, each line against each other, and what
+// reaches much further takes whatever memory it likes.
 constexpr double farAway = 4;
 constexpr double furthest = 10000;
 constexpr int fewNumbers = 64;

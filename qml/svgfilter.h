@@ -14,9 +14,9 @@ struct SvgPicture
 };
 
 // An SVG written anew with nothing but what draws: shapes, groups, gradients, references within it,
-// short texts, and pictures that are part of it and that readImage gives an image for. Style sheets become
-// attributes; scripts, animations, filters, clips, patterns, entities and whatever lies outside are
-// left out. Refused are more than 1 MB, packed ones, and more than 20,000 elements, references
-// followed. Takes a time in proportion to the length.
+// short texts, and pictures that are part of it and that readImage gives an image for. Style sheets
+// become attributes; scripts, animations, filters, clips, patterns, entities and whatever lies
+// outside are left out. Refused are more than 1 MB, packed ones, and more than 20,000 elements,
+// references followed. Takes a time in proportion to the length.
 SvgPicture filteredSvg(const QByteArray &svg,
                        const std::function<QImage(const QByteArray &)> &readImage);

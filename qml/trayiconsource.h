@@ -18,8 +18,8 @@ public:
     explicit TrayIconSource(QObject *parent = nullptr);
     ~TrayIconSource() override;
 
-    // Shows an icon, or the same one again, whose file may have changed. An icon with a file has its
-    // URL when that has been looked at.
+    // Shows an icon, or the same one again, whose file may have changed. An icon with a file has
+    // its URL when that has been looked at.
     void show(const TrayIcon &icon);
     QString source() const { return _source; }
 

@@ -19,9 +19,9 @@ struct TrayValues;
 // One item of the tray: its values as it told them last, and the calls to it. Nothing waits for it.
 //
 // All values are read in one call, again shortly after the item has said that some have changed. An
-// item that leaves the call unanswered for three seconds keeps its values and does not respond, until
-// it answers. One that answers with an error may be there only later: it is asked again a few times,
-// and whenever it says that something has changed.
+// item that leaves the call unanswered for three seconds keeps its values and does not respond,
+// until it answers. One that answers with an error may be there only later: it is asked again a few
+// times, and whenever it says that something has changed.
 class TrayItem : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,8 @@ public:
     bool isShown() const { return _shown; }
     QVariant value(int role) const { return _values.value(role); }
 
-    // The item's menu, read from the first call on; null for an item without one. Belongs to the item.
+    // The item's menu, read from the first call on; null for an item without one. Belongs to the
+    // item.
     TrayMenu *menu();
 
     // Reads the values soon, together with what else changes until then.

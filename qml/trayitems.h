@@ -8,8 +8,8 @@
 #include <QVector>
 
 // A list of items of the tray, in order of arrival. An item is there once the bus has confirmed its
-// name, and until that loses its owner. One that was added for a client leaves with that client, too,
-// and is there only if both are of one process: a client may use several connections.
+// name, and until that loses its owner. One that was added for a client leaves with that client,
+// too, and is there only if both are of one process: a client may use several connections.
 //
 // Nobody fills the list. Of one program there are 64 items, the rest is left out. Of all programs
 // there are 500: beyond that, items of those that have most wait until there is room.

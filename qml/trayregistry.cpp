@@ -134,7 +134,8 @@ void TrayRegistry::_findItems()
     });
 }
 
-// As a host. Subscribed to its signals already, no item is missed that comes while the list is read.
+// As a host. Subscribed to its signals already, no item is missed that comes while the list is
+// read.
 void TrayRegistry::_register()
 {
     callAsync(_owner, registryPath(), registryName(), QStringLiteral("RegisterStatusNotifierHost"),

@@ -29,7 +29,8 @@ public:
 
     // Whether the registry has answered with its items, and so takes this process for a host.
     bool isRegistered() const { return _registered; }
-    // {name, pid} of the other process that keeps the registry; empty when this one does, or nobody.
+    // {name, pid} of the other process that keeps the registry; empty when this one does, or
+    // nobody.
     QVariantMap owner() const { return _ownerProcess; }
 
 Q_SIGNALS:

@@ -30,6 +30,6 @@ struct TrayValues
     TrayIcon overlay;
 };
 
-// Reads an answer to GetAll. A program may answer with anything: what is of a wrong type is left out,
-// and texts are cut to 1,000 characters.
+// Reads an answer to GetAll. A program may answer with anything: what is of a wrong type is left
+// out, and texts are cut to 1,000 characters.
 TrayValues readTrayValues(const QDBusMessage &answer);

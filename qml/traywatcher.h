@@ -6,14 +6,14 @@
 #include <QObject>
 #include <QStringList>
 
-// The registry of the tray as programs find it on the bus, org.kde.StatusNotifierWatcher: the object
-// of a process that keeps it. Bus name and object path are the business of who creates it.
+// The registry of the tray as programs find it on the bus, org.kde.StatusNotifierWatcher: the
+// object of a process that keeps it. Bus name and object path are the business of who creates it.
 //
 // An item registers by a bus name, its unique name, or an object path; it is listed as bus name and
 // path, in order of arrival, and leaves with the owner of its name and with the connection that it
-// was registered over. A name without an owner and that of another process are ignored; a text that is
-// neither name nor path, and more than 64 items of one program, are refused with an error. That a
-// host is registered is always true: whoever keeps this registry is one.
+// was registered over. A name without an owner and that of another process are ignored; a text that
+// is neither name nor path, and more than 64 items of one program, are refused with an error. That
+// a host is registered is always true: whoever keeps this registry is one.
 class TrayWatcher
     : public QObject
     , protected QDBusContext

@@ -31,7 +31,7 @@ QtObject {
 
     // The URL of a picture, with what is asked of it besides.
     function picture(url, query) {
-        return url === "" ? "" : url + (url.includes("?") ? "&" : "?") + query;
+        return url === "" ? "" : url + "?" + query;
     }
 
     readonly property SystemPalette systemPalette: SystemPalette { }

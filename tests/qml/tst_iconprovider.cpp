@@ -184,7 +184,7 @@ private Q_SLOTS:
                QString(QChar(0)), "/" + QString(QChar(0)), _write("other.png", "P3 1 1 1 1 1 1") })
             QCOMPARE(icon + _shown(iconSource(icon)), icon + "48x48 #878787");
         QCOMPARE(_shown("image://quorvane/pixels/0?label=I"), "48x48 #ffffff");
-        QCOMPARE(_shown(iconSource("missing") + "?missing=empty&label=I"), "48x48 empty");
+        QCOMPARE(_shown(iconSource("missing") + "?label=I?missing=empty"), "48x48 empty");
     }
 };
 

@@ -273,7 +273,7 @@ void NotificationList::_show()
     for (const NotificationPost &post : std::exchange(_waiting, {})) {
         const int row = _rowOf(post.id);
         if (row < 0) {
-            fresh.prepend(_read(post));
+            fresh.append(_read(post));
             _events.push_back({ &NotificationList::posted, post.id });
         } else {
             _rows[row] = _read(post);
@@ -282,6 +282,7 @@ void NotificationList::_show()
     }
     _events.insert(_events.end(), replacements.begin(), replacements.end());
     _changed = _changed || !fresh.isEmpty() || !replacements.empty();
+    std::reverse(fresh.begin(), fresh.end());
     _rows = fresh + _rows;
     _closeSurplus();
     if (!_changed)

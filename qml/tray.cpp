@@ -2,6 +2,7 @@
 
 #include "trayitem.h"
 #include "traymenu.h"
+#include "usercollator.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -10,8 +11,8 @@
 
 Tray::Tray(QObject *parent)
     : QAbstractListModel(parent)
+    , _collator(userCollator())
 {
-    _collator.setCaseSensitivity(Qt::CaseInsensitive);
     connect(&_registry, &TrayRegistry::itemRegistered, this, &Tray::_add);
     connect(&_registry, &TrayRegistry::itemUnregistered, this, &Tray::_remove);
     connect(&_registry, &TrayRegistry::registeredChanged, this, &Tray::registeredChanged);

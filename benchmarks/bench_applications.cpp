@@ -1,6 +1,7 @@
-#include "applications.h"
 #include "desktopfiles.h"
 #include "table.h"
+
+#include <quorvaneshell/applications/applications.h>
 
 #include <benchmark/benchmark.h>
 
@@ -10,6 +11,8 @@
 #include <cstring>
 #include <ctime>
 #include <gio/gdesktopappinfo.h>
+
+using namespace quorvane;
 
 // The list of applications for a launcher, beside GIO's own with the same values, and the time that a
 // key stroke in its search takes.

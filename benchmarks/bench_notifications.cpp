@@ -7,16 +7,19 @@
 // a round trip takes one of two times, as the scheduler places the three processes; on one, bus
 // included, it is steady.
 
-#include "notifications.h"
 #include "table.h"
 
 #include <quorvane/notifications/notificationmanager.h>
+
+#include <quorvaneshell/notifications/notifications.h>
 
 #include <benchmark/benchmark.h>
 
 #include <QtDBus>
 
 #include <chrono>
+
+using namespace quorvane;
 
 namespace {
 

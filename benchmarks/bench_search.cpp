@@ -1,5 +1,6 @@
-#include "applications.h"
 #include "table.h"
+
+#include <quorvaneshell/applications/applications.h>
 
 #include <benchmark/benchmark.h>
 
@@ -12,6 +13,8 @@
 #include <map>
 #include <sys/wait.h>
 #include <unistd.h>
+
+using namespace quorvane;
 
 // The first row of a search for what people type, beside that of GIO's own, over the words of real
 // applications: how many of the words it is right for. Fails for a word for which only GIO is right.

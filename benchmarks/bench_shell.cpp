@@ -6,14 +6,16 @@
 
 #include "table.h"
 
-#include <notifications.h>
-#include <tray.h>
+#include <quorvaneshell/notifications/notifications.h>
+#include <quorvaneshell/tray/tray.h>
 
 #include <benchmark/benchmark.h>
 
 #include <QtDBus>
 
 #include <csignal>
+
+using namespace quorvane;
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "iconprovider.h"
 
-#include "icontheme.h"
-#include "imagestore.h"
-#include "picturereader.h"
+#include <quorvaneshell/pictures/icontheme_p.h>
+#include <quorvaneshell/pictures/imagestore_p.h>
+#include <quorvaneshell/pictures/picturereader_p.h>
 
 #include <QCoreApplication>
 #include <QMutex>
@@ -14,6 +14,8 @@
 #include <atomic>
 #include <iterator>
 #include <memory>
+
+using namespace quorvane;
 
 namespace {
 

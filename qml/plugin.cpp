@@ -1,10 +1,6 @@
-#include "applications.h"
 #include "basedirectories.h"
 #include "iconprovider.h"
-#include "notifications.h"
 #include "sortfilterproxymodel.h"
-#include "tray.h"
-#include "traymenu.h"
 
 #include <quorvane/desktop/autostart.h>
 #include <quorvane/desktop/desktopentries.h>
@@ -17,9 +13,16 @@
 #include <quorvane/statusnotifier/statusnotifieritem.h>
 #include <quorvane/statusnotifier/statusnotifierwatcher.h>
 
+#include <quorvaneshell/applications/applications.h>
+#include <quorvaneshell/menus/traymenu.h>
+#include <quorvaneshell/notifications/notifications.h>
+#include <quorvaneshell/tray/tray.h>
+
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
 #include <qqml.h>
+
+using namespace quorvane;
 
 namespace {
 

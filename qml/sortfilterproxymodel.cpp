@@ -1,11 +1,13 @@
 #include "sortfilterproxymodel.h"
 
-#include "wordmatch.h"
+#include <quorvaneshell/search/wordmatch.h>
 
 #include <QPointer>
 
 #include <algorithm>
 #include <utility>
+
+using namespace quorvane;
 
 namespace {
 

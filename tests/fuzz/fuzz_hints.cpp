@@ -1,16 +1,18 @@
 #include "fuzz.h"
 
-#include "imagestore.h"
-#include "notificationlist.h"
-#include "notifications.h"
-#include "notificationservice.h"
-#include "styledbody.h"
+#include <quorvaneshell/notifications/notificationlist_p.h>
+#include <quorvaneshell/notifications/notifications.h>
+#include <quorvaneshell/notifications/notificationservice_p.h>
+#include <quorvaneshell/notifications/styledbody_p.h>
+#include <quorvaneshell/pictures/imagestore_p.h>
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusPendingReply>
 #include <QDBusServer>
 #include <QRegularExpression>
+
+using namespace quorvane;
 
 static QString text(FuzzedDataProvider &input)
 {

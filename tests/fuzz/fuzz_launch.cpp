@@ -1,9 +1,11 @@
 #include "fuzz.h"
 
-#include "commandlines.h"
-#include "launchuri.h"
+#include <quorvaneshell/applications/commandlines_p.h>
+#include <quorvaneshell/applications/launchuri_p.h>
 
 #include <QUrl>
+
+using namespace quorvane;
 
 static QVariant anyTarget(FuzzedDataProvider &input)
 {

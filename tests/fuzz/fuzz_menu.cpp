@@ -1,10 +1,12 @@
 #include "wire.h"
 
-#include "menuclient.h"
-#include "traymenu.h"
+#include <quorvaneshell/menus/menuclient_p.h>
+#include <quorvaneshell/menus/traymenu.h>
 
 #include <QAbstractItemModelTester>
 #include <QtDBus>
+
+using namespace quorvane;
 
 // An item as a program sends it, with children of any type.
 struct SentItem

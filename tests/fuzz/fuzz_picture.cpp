@@ -1,6 +1,8 @@
 #include "fuzz.h"
 
-#include "picturereader.h"
+#include <quorvaneshell/pictures/picturereader_p.h>
+
+using namespace quorvane;
 
 // Any data as a picture, in its own size and within a room.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

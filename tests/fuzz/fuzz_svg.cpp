@@ -1,11 +1,13 @@
 #include "fuzz.h"
 
-#include "picturereader.h"
-#include "svgfilter.h"
+#include <quorvaneshell/pictures/picturereader_p.h>
+#include <quorvaneshell/pictures/svgfilter_p.h>
 
 #include <QXmlStreamReader>
 
 #include <cmath>
+
+using namespace quorvane;
 
 // Any text as an SVG: what is left of it refers to nothing but itself, and can be drawn.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

@@ -1,10 +1,12 @@
 #include "wire.h"
 
-#include "trayaddress.h"
-#include "trayitems.h"
-#include "trayvalues.h"
+#include <quorvaneshell/tray/trayaddress_p.h>
+#include <quorvaneshell/tray/trayitems_p.h>
+#include <quorvaneshell/tray/trayvalues_p.h>
 
 #include <dbus/dbus.h>
+
+using namespace quorvane;
 
 // Pictures whose bytes need not be as many as their sizes take.
 struct Picture
@@ -132,7 +134,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const TrayValues values = readTrayValues(wire.send({ sent }));
     for (const QString &text : { values.id, values.title, values.category, values.label })
         require(text.size() <= 1000);
-    require(values.menuPath.isEmpty() || TrayAddress::isObjectPath(values.menuPath));
+    require(values.menuPath.isEmpty() || isObjectPath(values.menuPath));
     require(values.icon.image.width() <= 1024 && values.overlay.image.height() <= 1024);
     require(values.status == "Active" || values.status == "Passive"
             || values.status == "NeedsAttention");

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Builds the library as a part of another tree: with nothing but Qt's Core, Gui and DBus to be found,
-# and without looking for what the QML module needs when it isn't wanted.
+# and without looking for what the library for shells needs when it is not wanted.
 set -eu
 
 if [ $# -ne 2 ] || [ "$1" = --help ]; then
@@ -13,8 +13,8 @@ configure() {
 }
 rm -rf "$2"
 
-configure "$1" -B "$2/wanted" -DQUORVANE_BUILD_QML=OFF
-if grep -E '^(Qt[56](Qml|Quick|Test|Widgets)_DIR|PKG_CONFIG|QML_LIBRARIES|GIO|DBUS|DOXYGEN|benchmark)' \
+configure "$1" -B "$2/wanted" -DQUORVANE_BUILD_SHELL=OFF
+if grep -E '^(Qt[56](Qml|Quick|Test|Widgets)_DIR|PKG_CONFIG|SHELL_LIBRARIES|GIO|DBUS|DOXYGEN|benchmark)' \
     "$2/wanted/CMakeCache.txt"; then
     echo 'more is looked for than is needed' >&2
     exit 1

@@ -1,7 +1,8 @@
-#include <iconprovider.h>
-#include <iconsource.h>
-#include <imagestore.h>
-#include <picturereader.h>
+#include "iconprovider.h"
+
+#include <quorvaneshell/pictures/iconsource_p.h>
+#include <quorvaneshell/pictures/imagestore_p.h>
+#include <quorvaneshell/pictures/picturereader_p.h>
 
 #include <QIcon>
 #include <QtTest>
@@ -9,6 +10,8 @@
 #include <sys/stat.h>
 
 #include <memory>
+
+using namespace quorvane;
 
 // Pictures of names, files and pixels, as an Image asks for them.
 class IconProviderTest : public QObject

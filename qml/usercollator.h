@@ -1,6 +1,0 @@
-#pragma once
-
-#include <QCollator>
-
-// The order in which people look for names: that of the user's language, without regard to case.
-QCollator userCollator();

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "application_p.h"
+
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <atomic>
+
+namespace quorvane {
+
+class ApplicationFolders;
+
+// The installed applications, read and watched once for all models of the process.
+class ApplicationList : public QObject
+{
+    Q_OBJECT
+
+public:
+    // It goes with the last pointer to it. Nothing is read yet.
+    static QSharedPointer<ApplicationList> shared();
+    ~ApplicationList() override;
+
+    // Reads the list unless it has been read. Returns when it is there.
+    void read();
+
+    // Sorted by name. What has not changed is the same object after a change.
+    const QVector<ApplicationPointer> &applications() const { return _read->sorted; }
+    // The main categories that occur, in the order of their names.
+    QStringList categories(bool ofAll) const
+    {
+        return ofAll ? _read->allCategories : _read->shownCategories;
+    }
+    // Null for an id that is none.
+    ApplicationPointer find(const QString &appId) const { return _read->byId.value(appId); }
+
+    // The icon of an application, as URL; empty for none, and for now while the list is being read:
+    // if nobody has done so yet, that begins here, in a thread.
+    QString iconSource(const QString &appId);
+
+Q_SIGNALS:
+    // The applications are others. Comes at most a few times a second.
+    void changed();
+
+private:
+    using Read = QSharedPointer<const InstalledApplications>;
+
+    ApplicationList();
+
+    void _readInThread();
+    void _take(const Read &read, qint64 milliseconds);
+
+    Read _read;
+    bool _isRead = false;
+    ApplicationFolders *_folders;
+    QTimer _timer;
+    bool _reading = false;
+    std::atomic<bool> _ending { false };
+    QThreadPool _reader; // The last, so that it has finished when the others go.
+};
+
+} // namespace quorvane

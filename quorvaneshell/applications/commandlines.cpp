@@ -1,0 +1,89 @@
+#include "commandlines_p.h"
+
+#include "launchuri_p.h"
+
+#include <glib.h>
+
+namespace quorvane {
+
+namespace {
+
+QByteArray quoted(const QByteArray &text)
+{
+    g_autofree gchar *quoted = g_shell_quote(text.constData());
+    return quoted;
+}
+
+QByteArray fileText(char code, const QByteArray &uri, const FieldTexts &texts)
+{
+    const QByteArray path = launchPath(uri);
+    const bool takesUri = code == 'u' || code == 'U';
+    const QByteArray text = takesUri && (texts.keepsUris || path.isEmpty()) ? uri : path;
+    return text.isEmpty() ? text : quoted(text);
+}
+
+// Takes the files that it uses away.
+QByteArray fieldText(char code, QByteArrayList *uris, const FieldTexts &texts)
+{
+    switch (code) {
+    case 'f':
+    case 'u':
+        return uris->isEmpty() ? QByteArray() : fileText(code, uris->takeFirst(), texts);
+    case 'F':
+    case 'U': {
+        QByteArrayList all;
+        while (!uris->isEmpty())
+            all += fileText(code, uris->takeFirst(), texts);
+        all.removeAll({});
+        return all.join(' ');
+    }
+    case 'i':
+        return texts.icon.isEmpty() ? QByteArray() : "--icon " + quoted(texts.icon);
+    case 'c':
+        return quoted(texts.name);
+    case 'k':
+        return quoted(texts.path);
+    case '%':
+        return "%";
+    default:
+        return {};
+    }
+}
+
+QByteArray expanded(const QByteArray &exec, QByteArrayList *uris, const FieldTexts &texts)
+{
+    const int before = uris->size();
+    QByteArray line;
+    for (int i = 0; i < exec.size(); ++i) {
+        if (exec.at(i) != '%')
+            line += exec.at(i);
+        else if (++i < exec.size())
+            line += fieldText(exec.at(i), uris, texts);
+    }
+    if (before > 0 && uris->size() == before)
+        line += ' ' + fieldText('f', uris, texts);
+    return line;
+}
+
+} // namespace
+
+QVector<QByteArrayList> commandLines(const QByteArray &exec, QByteArrayList uris,
+                                     const FieldTexts &texts)
+{
+    QVector<QByteArrayList> lines;
+    if (exec.trimmed().isEmpty())
+        return lines;
+    do {
+        g_auto(GStrv) arguments = nullptr;
+        if (!g_shell_parse_argv(expanded(exec, &uris, texts).constData(), nullptr, &arguments,
+                                nullptr))
+            return {};
+        QByteArrayList line;
+        for (auto *argument = arguments; *argument; ++argument)
+            line += *argument;
+        lines += line;
+    } while (!uris.isEmpty());
+    return lines;
+}
+
+} // namespace quorvane

@@ -1,0 +1,40 @@
+#include "pendingnotifications_p.h"
+
+#include "notificationlist_p.h"
+#include "quorvaneshell/notifications/pendingnotificationsadaptor.h"
+
+namespace quorvane {
+
+PendingNotifications::PendingNotifications(NotificationList *list)
+    : QObject(list)
+    , _list(list)
+{
+    new PendingNotificationsAdaptor(this);
+}
+
+int PendingNotifications::nbNotifications()
+{
+    return _list->pending().size();
+}
+
+void PendingNotifications::close(uint id, uint reason)
+{
+    _list->close(id, reason);
+}
+
+void PendingNotifications::returnAction(uint appid, const QString &key)
+{
+    _list->invoke(appid, key);
+}
+
+QList<uint> PendingNotifications::listPending()
+{
+    return _list->pending();
+}
+
+QStringList PendingNotifications::listAction(uint id)
+{
+    return _list->actionsOf(id);
+}
+
+} // namespace quorvane

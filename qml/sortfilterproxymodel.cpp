@@ -1,5 +1,6 @@
 #include "sortfilterproxymodel.h"
 
+#include <quorvaneshell/rows/listmodel.h>
 #include <quorvaneshell/search/wordmatch.h>
 
 #include <QPointer>
@@ -124,14 +125,7 @@ void SortFilterProxyModel::setFilterText(const QString &text)
 
 QVariantMap SortFilterProxyModel::get(int row) const
 {
-    const QModelIndex index = this->index(row, 0);
-    QVariantMap values;
-    if (!index.isValid())
-        return values;
-    const QHash<int, QByteArray> names = roleNames();
-    for (auto role = names.cbegin(); role != names.cend(); ++role)
-        values.insert(QString::fromUtf8(role.value()), index.data(role.key()));
-    return values;
+    return rowValues(*this, row);
 }
 
 int SortFilterProxyModel::sourceRow(int row) const

@@ -26,7 +26,7 @@ constexpr int mostUpdates = 100;
 } // namespace
 
 Applications::Applications(QObject *parent)
-    : QAbstractListModel(parent)
+    : ListModel(parent)
     , _list(ApplicationList::shared())
 {
     _list->read();
@@ -70,7 +70,7 @@ void Applications::setShowAll(bool showAll)
 
 int Applications::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : count();
+    return parent.isValid() ? 0 : int(_rows.size());
 }
 
 QVariant Applications::data(const QModelIndex &index, int role) const
@@ -94,11 +94,6 @@ QHash<int, QByteArray> Applications::roleNames() const
              { RunningRole, "running" },
              { PidRole, "pid" },
              { PathRole, "path" } };
-}
-
-QVariantMap Applications::get(int row) const
-{
-    return row >= 0 && row < count() ? _values(*_rows.at(size_t(row))) : QVariantMap();
 }
 
 QVariantMap Applications::find(const QString &appId) const

@@ -5,7 +5,6 @@
 #include <quorvaneshell/quorvaneshell_export.h>
 #include <quorvaneshell/rows/rowwalk_p.h>
 
-#include <QAbstractListModel>
 #include <QByteArrayList>
 #include <QVariantList>
 
@@ -52,12 +51,9 @@ class ApplicationList;
     shortest first; the beginning of a word in the name; in generic name (first its beginning) and
     keywords; in comment and full name (X-GNOME-FullName); in the id; anywhere within the name. Of
     several words, that which is found in the last of these places counts. */
-class QUORVANE_SHELL_EXPORT Applications : public QAbstractListModel
+class QUORVANE_SHELL_EXPORT Applications : public ListModel
 {
     Q_OBJECT
-
-    /*! The number of rows. */
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
 
     /*! What the user has typed: words, in any order, of which each begins a word of name, generic
         name, keywords, comment or full name or, with three letters or more, a word of the id or
@@ -97,8 +93,6 @@ public:
     explicit Applications(QObject *parent = nullptr);
     ~Applications() override;
 
-    int count() const { return int(_rows.size()); }
-
     QString search() const { return _search; }
     void setSearch(const QString &search);
 
@@ -113,9 +107,6 @@ public:
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QHash<int, QByteArray> roleNames() const override;
-
-    /*! All roles of a row by their names; empty for a row that isn't there. */
-    Q_INVOKABLE QVariantMap get(int row) const;
 
     /*! The same for an application that may have no row; empty for one that is not installed. */
     Q_INVOKABLE QVariantMap find(const QString &appId) const;
@@ -155,7 +146,6 @@ public:
     Q_INVOKABLE void stop(const QString &appId);
 
 Q_SIGNALS:
-    void countChanged();
     void searchChanged();
     void categoryChanged();
     void categoriesChanged();
@@ -205,7 +195,7 @@ private:
 
     const QSharedPointer<ApplicationList> _list;
     std::vector<ApplicationPointer> _rows;
-    RowWalk<Applications> _walk { this };
+    RowWalk<Applications> _walk { this, this };
 };
 
 } // namespace quorvane

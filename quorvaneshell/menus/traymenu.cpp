@@ -64,7 +64,7 @@ bool isSubmenu(const QVariantMap &properties)
 } // namespace
 
 TrayMenu::TrayMenu(QObject *parent)
-    : QAbstractListModel(parent)
+    : ListModel(parent)
     , _root(this)
 {
     _connecting.setSingleShot(true);
@@ -74,7 +74,7 @@ TrayMenu::TrayMenu(QObject *parent)
 }
 
 TrayMenu::TrayMenu(int id, TrayMenu *parent)
-    : QAbstractListModel(parent)
+    : ListModel(parent)
     , _root(parent->_root)
     , _id(id)
 {
@@ -118,11 +118,6 @@ void TrayMenu::setPath(const QString &path)
         _updateLoading();
 }
 
-int TrayMenu::count() const
-{
-    return int(_rows.size());
-}
-
 bool TrayMenu::isLoading() const
 {
     return _loading;
@@ -135,7 +130,7 @@ bool TrayMenu::responds() const
 
 int TrayMenu::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : count();
+    return parent.isValid() ? 0 : int(_rows.size());
 }
 
 QVariant TrayMenu::data(const QModelIndex &index, int role) const
@@ -186,17 +181,6 @@ QHash<int, QByteArray> TrayMenu::roleNames() const
         { HasChildrenRole, "hasChildren" },
         { ShortcutRole, "shortcut" },
     };
-}
-
-QVariantMap TrayMenu::get(int row) const
-{
-    QVariantMap values;
-    if (row < 0 || row >= count())
-        return values;
-    const QHash<int, QByteArray> names = roleNames();
-    for (auto role = names.cbegin(); role != names.cend(); ++role)
-        values.insert(QString::fromLatin1(role.value()), data(index(row), role.key()));
-    return values;
 }
 
 void TrayMenu::trigger(int row)

@@ -2,11 +2,10 @@
 
 #include "menuitem_p.h"
 
-#include <quorvaneshell/quorvaneshell_export.h>
 #include <quorvaneshell/pictures/storedpicture_p.h>
+#include <quorvaneshell/quorvaneshell_export.h>
 #include <quorvaneshell/rows/rowwalk_p.h>
 
-#include <QAbstractListModel>
 #include <QHash>
 #include <QPointer>
 #include <QString>
@@ -49,7 +48,7 @@ class MenuClient;
     types, items with an id that another one has, and ids below 1. Changes are taken 20 times a second
     at most, and the less often the longer they take. A layout that the program owes is asked for
     again after 30 seconds. */
-class QUORVANE_SHELL_EXPORT TrayMenu : public QAbstractListModel
+class QUORVANE_SHELL_EXPORT TrayMenu : public ListModel
 {
     Q_OBJECT
     /*! The bus name of the program. Both names take effect from the event loop; with an invalid one
@@ -57,8 +56,6 @@ class QUORVANE_SHELL_EXPORT TrayMenu : public QAbstractListModel
     Q_PROPERTY(QString service READ service WRITE setService NOTIFY serviceChanged)
     /*! The object path of the menu. */
     Q_PROPERTY(QString path READ path WRITE setPath NOTIFY pathChanged)
-    /*! The number of rows, hidden ones included. */
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
     /*! Whether the rows are on their way: until the menu has been read, and from open() to opened()
         or failed(). */
     Q_PROPERTY(bool loading READ isLoading NOTIFY loadingChanged)
@@ -87,16 +84,12 @@ public:
     void setService(const QString &service);
     QString path() const;
     void setPath(const QString &path);
-    int count() const;
     bool isLoading() const;
     bool responds() const;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QHash<int, QByteArray> roleNames() const override;
-
-    /*! All roles of a row by their names; empty for a row that isn't there. */
-    Q_INVOKABLE QVariantMap get(int row) const;
 
     /*! Tells the program that the row was chosen. What follows, such as a new check mark, is up to
         the program. Nothing happens for a separator and for a row that is disabled, hidden, has a
@@ -117,7 +110,6 @@ public:
 Q_SIGNALS:
     void serviceChanged();
     void pathChanged();
-    void countChanged();
     void loadingChanged();
     void respondsChanged();
     /*! After open(): the rows are right, and the menu can be shown. */
@@ -170,7 +162,7 @@ private:
     QTimer _opens; // While it does, no longer than it may take.
     MenuClient *_client = nullptr;
     std::vector<Row> _rows;
-    RowWalk<TrayMenu> _walk { this };
+    RowWalk<TrayMenu> _walk { this, this };
     bool _isOpen = false;
     bool _opening = false;
     bool _loading = false;

@@ -11,7 +11,7 @@
 namespace quorvane {
 
 Notifications::Notifications(QObject *parent)
-    : QAbstractListModel(parent)
+    : ListModel(parent)
     , _list(NotificationList::shared())
     , _rows(_list->rows())
     , _applications(ApplicationList::shared())
@@ -166,17 +166,6 @@ QList<uint> Notifications::pending()
 QStringList Notifications::actionsOf(uint id)
 {
     return _list->actionsOf(id);
-}
-
-QVariantMap Notifications::get(int row) const
-{
-    if (!hasIndex(row, 0))
-        return {};
-    QVariantMap values;
-    const auto names = roleNames();
-    for (auto role = names.begin(); role != names.end(); ++role)
-        values.insert(QString::fromLatin1(*role), data(index(row), role.key()));
-    return values;
 }
 
 int Notifications::indexOf(uint id) const

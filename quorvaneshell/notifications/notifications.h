@@ -3,8 +3,8 @@
 #include "notification_p.h"
 
 #include <quorvaneshell/quorvaneshell_export.h>
+#include <quorvaneshell/rows/listmodel.h>
 
-#include <QAbstractListModel>
 #include <QSharedPointer>
 #include <QVector>
 
@@ -58,12 +58,9 @@ class NotificationList;
     Slots may do anything, such as post, close or delete this object. A change from inside a signal is
     in the list at once, except from inside those of a model, where it comes after them. posted(),
     replaced() and closed() come one after another, and the first two not for what is closed by then. */
-class QUORVANE_SHELL_EXPORT Notifications : public QAbstractListModel
+class QUORVANE_SHELL_EXPORT Notifications : public ListModel
 {
     Q_OBJECT
-
-    /*! The number of rows. */
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
 
     /*! Whether programs reach this object. Another process may have the service. */
     Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
@@ -138,9 +135,6 @@ public:
     /*! The actions of one as they were sent, keys and texts alternating; empty for an unknown id. */
     QStringList actionsOf(uint id);
 
-    /*! All roles of a row by their names; empty for a row that is not there. */
-    Q_INVOKABLE QVariantMap get(int row) const;
-
     /*! The row of a notification, -1 for one that is not there. */
     Q_INVOKABLE int indexOf(uint id) const;
 
@@ -155,7 +149,6 @@ public:
     Q_INVOKABLE void clear();
 
 Q_SIGNALS:
-    void countChanged();
     void registeredChanged();
     void ownerChanged();
     void defaultTimeoutChanged();

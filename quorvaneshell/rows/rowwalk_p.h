@@ -1,8 +1,8 @@
 #pragma once
 
+#include "listmodel.h"
 #include "rowchanges_p.h"
 
-#include <QAbstractListModel>
 #include <QPointer>
 
 #include <algorithm>
@@ -12,29 +12,30 @@
 
 namespace quorvane {
 
-// Takes a list model from the rows that it has to those that are wanted, by signals that leave a
+// Takes a model from the rows that it has to those that are wanted, by signals that leave a
 // view where it is, and announces countChanged() once, at the end.
 //
 // A slot on any of these signals may do what it likes: ask for other rows, which are taken up after
 // it, or delete the model, but not in a signal that tells what is about to come, since Qt itself
 // survives that in none of its models.
 //
-// The model has this as its friend, and
+// Rows are the model or what has its rows for it. They have this as a friend, and
 //     Wanted                         a std::vector of what makes a row
-//     _rows                          a std::vector of its rows
+//     _rows                          a std::vector of them
 //     static _keyOf(row or item)      by which these are known, of a type that has a hash
 //     _makeRow(item)                 a row for it; nothing is announced meanwhile
 //     _rowsRemoved(rows)             what there is to do with rows that are out of the model
 //     _updateRows(wanted, current)   gives the rows, which are the wanted ones now, their values; ends
 //                                    when current() is false, which it may be after each emission
-template<typename Model>
+template<typename Rows>
 class RowWalk
 {
 public:
-    using Wanted = typename Model::Wanted;
+    using Wanted = typename Rows::Wanted;
 
-    explicit RowWalk(Model *model)
+    RowWalk(ListModel *model, Rows *rows)
         : _model(model)
+        , _rows(rows)
     {
     }
     Q_DISABLE_COPY_MOVE(RowWalk)
@@ -46,7 +47,7 @@ public:
         _overtaken = true;
         if (_walking)
             return;
-        const QPointer<Model> alive = _model;
+        const QPointer<ListModel> alive = _model;
         _walking = true;
         while (_overtaken) {
             _overtaken = false;
@@ -58,34 +59,34 @@ public:
     }
 
 private:
-    void _walk(const Wanted &wanted, const QPointer<Model> &alive)
+    void _walk(const Wanted &wanted, const QPointer<ListModel> &alive)
     {
         const auto isCurrent = [this, &alive] { return alive && !_overtaken; };
         const QVector<RowChange> changes
-                = rowChanges(rowNumbers(_keys(_model->_rows), _keys(wanted)), int(wanted.size()));
+                = rowChanges(rowNumbers(_keys(_rows->_rows), _keys(wanted)), int(wanted.size()));
         for (const RowChange &change : changes) {
             _apply(change, wanted, alive);
             if (!isCurrent())
                 return;
         }
-        _model->_updateRows(wanted, isCurrent);
-        if (!isCurrent() || _count == _model->_rows.size())
+        _rows->_updateRows(wanted, isCurrent);
+        if (!isCurrent() || _count == _rows->_rows.size())
             return;
-        _count = _model->_rows.size();
+        _count = _rows->_rows.size();
         Q_EMIT _model->countChanged();
     }
 
     template<typename Things>
     static auto _keys(const Things &things)
     {
-        QVector<std::decay_t<decltype(Model::_keyOf(things.front()))>> keys;
+        QVector<std::decay_t<decltype(Rows::_keyOf(things.front()))>> keys;
         keys.reserve(int(things.size()));
         for (const auto &thing : things)
-            keys += Model::_keyOf(thing);
+            keys += Rows::_keyOf(thing);
         return keys;
     }
 
-    void _apply(const RowChange &change, const Wanted &wanted, const QPointer<Model> &alive)
+    void _apply(const RowChange &change, const Wanted &wanted, const QPointer<ListModel> &alive)
     {
         if (change.kind == RowChange::Remove)
             _remove(change, alive);
@@ -97,25 +98,24 @@ private:
             _order(change, alive);
     }
 
-    void _remove(const RowChange &change, const QPointer<Model> &alive)
+    void _remove(const RowChange &change, const QPointer<ListModel> &alive)
     {
-        auto &rows = _model->_rows;
+        auto &rows = _rows->_rows;
         const auto first = rows.begin() + change.first;
         const auto end = first + change.count;
         _model->beginRemoveRows({}, change.first, change.first + change.count - 1);
-        decltype(_model->_rows) removed(std::make_move_iterator(first),
-                                        std::make_move_iterator(end));
+        decltype(_rows->_rows) removed(std::make_move_iterator(first), std::make_move_iterator(end));
         rows.erase(first, end);
         _model->endRemoveRows();
         if (alive)
-            _model->_rowsRemoved(std::move(removed));
+            _rows->_rowsRemoved(std::move(removed));
     }
 
     void _move(const RowChange &change)
     {
         const int from = change.first;
         const int to = change.to;
-        const auto begin = _model->_rows.begin();
+        const auto begin = _rows->_rows.begin();
         _model->beginMoveRows({}, from, from, {}, to > from ? to + 1 : to);
         if (to > from)
             std::rotate(begin + from, begin + from + 1, begin + to + 1);
@@ -126,26 +126,26 @@ private:
 
     void _insert(const RowChange &change, const Wanted &wanted)
     {
-        decltype(_model->_rows) fresh;
+        decltype(_rows->_rows) fresh;
         for (const int number : change.numbers)
-            fresh.push_back(_model->_makeRow(wanted[size_t(number)]));
+            fresh.push_back(_rows->_makeRow(wanted[size_t(number)]));
         _model->beginInsertRows({}, change.first, change.first + int(fresh.size()) - 1);
-        _model->_rows.insert(_model->_rows.begin() + change.first,
-                             std::make_move_iterator(fresh.begin()),
-                             std::make_move_iterator(fresh.end()));
+        _rows->_rows.insert(_rows->_rows.begin() + change.first,
+                            std::make_move_iterator(fresh.begin()),
+                            std::make_move_iterator(fresh.end()));
         _model->endInsertRows();
     }
 
     // A view of QML keeps its place through a change that is called one of the sorting.
-    void _order(const RowChange &change, const QPointer<Model> &alive)
+    void _order(const RowChange &change, const QPointer<ListModel> &alive)
     {
         Q_EMIT _model->layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
         if (!alive)
             return;
-        auto before = std::exchange(_model->_rows, {});
+        auto before = std::exchange(_rows->_rows, {});
         QVector<int> places(change.numbers.size());
         for (int row = 0; row < change.numbers.size(); ++row) {
-            _model->_rows.push_back(std::move(before[size_t(change.numbers.at(row))]));
+            _rows->_rows.push_back(std::move(before[size_t(change.numbers.at(row))]));
             places[change.numbers.at(row)] = row;
         }
         const QModelIndexList from = _model->persistentIndexList();
@@ -156,7 +156,8 @@ private:
         Q_EMIT _model->layoutChanged({}, QAbstractItemModel::VerticalSortHint);
     }
 
-    Model *const _model;
+    ListModel *const _model;
+    Rows *const _rows;
     Wanted _wanted;
     bool _overtaken = false;
     bool _walking = false;

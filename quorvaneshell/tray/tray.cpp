@@ -13,7 +13,7 @@
 namespace quorvane {
 
 Tray::Tray(QObject *parent)
-    : QAbstractListModel(parent)
+    : ListModel(parent)
     , _collator(userCollator())
 {
     connect(&_registry, &TrayRegistry::itemRegistered, this, &Tray::_add);
@@ -68,17 +68,6 @@ QHash<int, QByteArray> Tray::roleNames() const
         { TrayItem::IsMenuRole, "isMenu" },
         { TrayItem::RespondsRole, "responds" },
     };
-}
-
-QVariantMap Tray::get(int row) const
-{
-    QVariantMap values;
-    if (row < 0 || row >= _rows.size())
-        return values;
-    const QHash<int, QByteArray> names = roleNames();
-    for (auto name = names.cbegin(); name != names.cend(); ++name)
-        values.insert(QString::fromLatin1(name.value()), _rows.at(row).item->value(name.key()));
-    return values;
 }
 
 TrayMenu *Tray::menu(const QString &key) const

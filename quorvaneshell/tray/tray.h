@@ -3,8 +3,8 @@
 #include "trayregistry_p.h"
 
 #include <quorvaneshell/quorvaneshell_export.h>
+#include <quorvaneshell/rows/listmodel.h>
 
-#include <QAbstractListModel>
 #include <QCollator>
 #include <QVariantMap>
 #include <QVector>
@@ -44,12 +44,9 @@ class TrayMenu;
     | isMenu | bool | the item has nothing but its menu; activate() asks for that |
     | responds | bool | false after three seconds without an answer; the other values are the last |
 */
-class QUORVANE_SHELL_EXPORT Tray : public QAbstractListModel
+class QUORVANE_SHELL_EXPORT Tray : public ListModel
 {
     Q_OBJECT
-
-    /*! The number of rows. */
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
 
     /*! Whether there is a registry that knows this tray, so that programs find it. */
     Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
@@ -68,9 +65,6 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
-
-    /*! All roles of a row by their names; empty for a row that there isn't. */
-    Q_INVOKABLE QVariantMap get(int row) const;
 
     /*! The menu of an item, null for one without and for an unknown key. The same object each time;
         it belongs to the tray and goes with the item. */
@@ -94,7 +88,6 @@ public:
                             const QString &orientation = QStringLiteral("vertical"));
 
 Q_SIGNALS:
-    void countChanged();
     void registeredChanged();
     void ownerChanged();
 

@@ -87,8 +87,10 @@ QColor tileColor(const QString &label)
 {
     if (label.isEmpty())
         return { 128, 128, 128, 96 };
+    uint sum = 2166136261; // FNV-1
     const QByteArray bytes = label.toUtf8();
-    const uint sum = qChecksum(bytes.constData(), static_cast<uint>(bytes.size()));
+    for (const char byte : bytes)
+        sum = sum * 16777619 ^ static_cast<uchar>(byte);
     return tileColors[sum % std::size(tileColors)];
 }
 
@@ -107,8 +109,8 @@ QImage tile(const QString &label, int extent)
     painter.setBrush(shade);
     painter.drawRoundedRect(image.rect(), extent * 0.24, extent * 0.24);
 
-    const QVector<uint> letters = label.trimmed().toUcs4();
-    const QString letter = QString::fromUcs4(letters.constData(), qMin(1, letters.size()));
+    const char32_t character = label.trimmed().toUcs4().value(0);
+    const QString letter = QString::fromUcs4(&character, character == 0 ? 0 : 1);
     QFont font;
     font.setPixelSize(qMax(1, extent / 2));
     font.setBold(true);

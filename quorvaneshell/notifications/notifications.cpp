@@ -39,7 +39,7 @@ QVariant value(const Notification &notification, int role)
     case Qt::DecorationRole:
         return icon(notification.iconSource());
     case Notifications::UrgencyRole:
-        return QVariant::fromValue(Notifications::Urgency(notification.urgency));
+        return notification.urgency; // QML of Qt 5 compares a number with an enumerator, and no other.
     case Notifications::ProgressRole:
         return notification.progress;
     case Notifications::CategoryRole:

@@ -32,7 +32,7 @@ class NotificationsPrivate;
     | StyledBodyRole | styledBody | string | the body for Text.StyledText: b, i, u, line breaks, links to http and https |
     | IconSourceRole | iconSource | string | URL for an Image: the picture sent, else the icon sent, else that of the desktop entry; may be empty |
     | Qt::DecorationRole | | QIcon | the same picture or icon |
-    | UrgencyRole | urgency | Urgency | Low, Normal or Critical; Normal where the program said nothing |
+    | UrgencyRole | urgency | int | an Urgency: Low, Normal or Critical; Normal where the program said nothing |
     | ProgressRole | progress | int | 0 to 100 (hint "value"), -1 without |
     | CategoryRole | category | string | such as "email.arrived"; may be empty |
     | DesktopEntryRole | desktopEntry | string | id of the program's desktop entry, without ".desktop"; may be empty |

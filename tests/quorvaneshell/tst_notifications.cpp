@@ -104,7 +104,7 @@ private Q_SLOTS:
         const auto many = [](int number, const QString &text) { return text.repeated(number); };
         QTest::newRow("the 65th hint")
                 << "urgency" << '{' + many(64, "'x': <0>, ") + "'urgency': <byte 2>}"
-                << "Normal";
+                << "1";
         QTest::newRow("piled marks") << "styledBody" << 'e' + many(9, "\u0301") + "<b>\u0301</b>f"
                                      << 'e' + many(8, "\u0301") + "<b></b>f";
         QTest::newRow("links") << "styledBody" << many(51, "<a href='http://x'>x</a>")

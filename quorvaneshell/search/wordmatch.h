@@ -1,25 +1,21 @@
 #pragma once
 
-#include <quorvaneshell/quorvaneshell_export.h>
-
 #include <QString>
 #include <QStringList>
 
 namespace quorvane {
 
-/*! \ingroup shell
-    The text in the form in which texts are compared: upper case, accents and width make no difference
-    then ("uber" finds "Über"). */
-QUORVANE_SHELL_EXPORT QString foldedText(const QString &text);
+// What people type to find something, and where it is found: words, in any order, each at the
+// beginning of a word of the text. Upper case, accents and width make no difference ("uber" finds
+// "Über"), and no character is special ("c++", "(").
 
-/*! \ingroup shell
-    The words of what people type to find something, which blanks separate, folded by foldedText().
-    They may be in any order, and no character is special ("c++", "("). Empty for blanks alone. */
-QUORVANE_SHELL_EXPORT QStringList foldedWords(const QString &typed);
+// The text in the form in which texts are compared.
+QString foldedText(const QString &text);
 
-/*! \ingroup shell
-    Whether the word stands at the beginning of a word of the text. Both are folded; any text has the
-    empty word. */
-QUORVANE_SHELL_EXPORT bool beginsWord(const QString &text, const QString &word);
+// The words of what was typed, which blanks separate, in that form too.
+QStringList foldedWords(const QString &typed);
+
+// Whether the word stands at the beginning of a word of the text. Both are folded.
+bool beginsWord(const QString &text, const QString &word);
 
 } // namespace quorvane

@@ -42,8 +42,7 @@ void ApplicationLauncher::launchInTerminal(const ApplicationPointer &application
     _launch({ application, {}, {}, true }, urls);
 }
 
-void ApplicationLauncher::invoke(const ApplicationPointer &application,
-                                       const QString &actionId)
+void ApplicationLauncher::invoke(const ApplicationPointer &application, const QString &actionId)
 {
     if (hasAction(*application, actionId))
         _launch({ application, actionId, {}, false }, {});

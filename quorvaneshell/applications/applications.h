@@ -22,7 +22,7 @@ class ApplicationsPrivate;
     [Base Directory](https://specifications.freedesktop.org/basedir-spec/latest/) and
     [Desktop Menu](https://specifications.freedesktop.org/menu-spec/latest/) specifications. A file in
     a more important directory hides those of its id in the others. Entries with Hidden, those without
-    a name or without both a command line and a bus name, and those whose program or TryExec is not
+    a name, those with neither a command line nor a bus name, and those whose program or TryExec is not
     installed are no applications. Folders are looked into 8 levels deep and up to 1,000 in all, each
     place once, wherever links lead; a file has 1 MB at most, and what is no regular file is passed
     over. Data directories, desktop (XDG_CURRENT_DESKTOP) and language (LANGUAGE, LC_MESSAGES; LC_COLLATE

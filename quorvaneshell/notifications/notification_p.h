@@ -24,6 +24,7 @@ struct Notification
     // {id, text, iconSource} of the actions that make buttons.
     QVariantList buttons() const;
     bool offers(const QString &action) const;
+    bool isCritical() const { return urgency == 2; }
 
     // The picture's file that is still to be read, by setPicture(); empty without one.
     QString pictureFile() const;

@@ -72,7 +72,7 @@ uint ownId(const Pending &pending, const QString &sender, uint number)
 std::shared_ptr<const Notification> readPost(const NotificationPost &post)
 {
     auto notification = std::make_shared<Notification>(post);
-    if (post.timeout > 0 && notification->urgency < 2)
+    if (post.timeout > 0 && !notification->isCritical())
         notification->deadline = QDeadlineTimer(post.timeout, Qt::PreciseTimer);
     return notification;
 }

@@ -98,6 +98,7 @@ class QUORVANE_SHELL_EXPORT Notifications : public ListModel
                        capabilitiesChanged)
 
 public:
+    /*! What data() gives; see the table. */
     enum Roles {
         IdRole = Qt::UserRole + 1,
         AppNameRole,
@@ -143,8 +144,11 @@ public:
         is told. */
     ~Notifications() override;
 
+    /*! The number of rows; none below a row. */
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /*! A role of a row; invalid for a role or row that is not there. */
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /*! The names in the table. */
     QHash<int, QByteArray> roleNames() const override;
 
     bool isRegistered() const;
@@ -179,10 +183,15 @@ public:
     Q_INVOKABLE void close(uint id, quorvane::Notifications::CloseReason reason);
 
 Q_SIGNALS:
+    /*! registered may be another. */
     void registeredChanged();
+    /*! owner may be another. */
     void ownerChanged();
+    /*! defaultTimeout is another, set on any object of the process. */
     void defaultTimeoutChanged();
+    /*! limit is another, set on any object of the process; comes after what it closed. */
     void limitChanged();
+    /*! What programs are told is something else, set on any object of the process. */
     void capabilitiesChanged();
 
     /*! It is in the list now, after rowsInserted() and countChanged(). */

@@ -136,6 +136,29 @@ private Q_SLOTS:
         QCOMPARE(read, value.replace("ICON", "image://quorvane/icon"));
     }
 
+    void whatChangesIsNamed()
+    {
+        Centre centre;
+        const uint id = centre.add("One", 0, 0, { { "action-icons", true }, { "urgency", 2 } });
+        centre.show();
+        const QVariantMap row = centre.find(id);
+        QCOMPARE(row.value("urgency").value<Notifications::Urgency>(), Notifications::Critical);
+        const QVariantMap action = row.value("actions").toList().value(0).toMap();
+        QCOMPARE(action.value("iconSource"), "image://quorvane/icon/a");
+        QSignalSpy changed(&centre, &Notifications::dataChanged);
+        centre.add("<b>Two", 0, id, { { "urgency", 2 } });
+        centre.show();
+        QCOMPARE(centre.index(0).data(Qt::DisplayRole), "<b>Two");
+        QCOMPARE(centre.index(0).data(Qt::ToolTipRole), "Two");
+        auto roles = changed.value(0).value(2).value<QVector<int>>();
+        roles.removeAll(Notifications::TimeRole); // It may be the same millisecond.
+        std::sort(roles.begin(), roles.end());
+        QCOMPARE(roles, (QVector<int> { Qt::DisplayRole, Qt::ToolTipRole, Notifications::SummaryRole,
+                                        Notifications::BodyRole, Notifications::StyledBodyRole,
+                                        Notifications::ActionsRole }));
+        QVERIFY(centre.find(id + 1).isEmpty());
+    }
+
     void replacingMeansTheSendersOwn()
     {
         Centre centre;

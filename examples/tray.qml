@@ -10,19 +10,21 @@ Window {
     function show(menu) { if (open) open.close(); open = menu; if (menu) menu.open() }
     width: 320; height: 320; visible: true
 
-    Tray { id: tray; onMenuRequested: panel.show(menu(key)) }
+    Tray { id: tray; onMenuRequested: function(key, x, y) { panel.show(menu(key)) } }
     Row {
         Repeater {
             model: tray
             Image {
                 width: 32; height: 32; source: model.iconSource; sourceSize: Qt.size(32, 32)
-                visible: model.status !== "Passive"; opacity: model.responds ? 1 : 0.4
+                visible: model.status !== Tray.Passive; opacity: model.responds ? 1 : 0.4
                 MouseArea {
                     anchors.fill: parent; acceptedButtons: Qt.AllButtons
-                    onClicked: (mouse.button === Qt.RightButton ? tray.contextMenu
+                    onClicked: function(mouse) {
+                        (mouse.button === Qt.RightButton ? tray.contextMenu
                         : mouse.button === Qt.MiddleButton ? tray.secondaryActivate
                         : tray.activate)(model.key, panel.x + mouse.x, panel.y + mouse.y)
-                    onWheel: tray.scroll(model.key, wheel.angleDelta.y)
+                    }
+                    onWheel: function(wheel) { tray.scroll(model.key, wheel.angleDelta.y) }
                 }
             }
         }

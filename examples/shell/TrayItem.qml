@@ -21,9 +21,9 @@ Controls.AbstractButton {
     implicitHeight: 40
     implicitWidth: 40 + (label.visible ? label.width : 0)
     focusPolicy: Qt.StrongFocus
-    opacity: !model.responds ? 0.4 : model.status === "Passive" ? 0.65 : 1
+    opacity: !model.responds ? 0.4 : model.status === Tray.Passive ? 0.65 : 1
     text: model.title || model.itemId
-    Accessible.name: text + (model.status === "NeedsAttention" ? ", needs attention" : "")
+    Accessible.name: text + (model.status === Tray.NeedsAttention ? ", needs attention" : "")
                      + (model.responds ? "" : ", does not respond")
     onClicked: click(Qt.LeftButton)
     Keys.onReturnPressed: clicked()
@@ -51,7 +51,7 @@ Controls.AbstractButton {
             anchors { right: parent.left; top: parent.top; rightMargin: -36 }
             color: Theme.attention
             font.pixelSize: Theme.smallText
-            text: item.model.status === "NeedsAttention" ? "\u25cf" : ""
+            text: item.model.status === Tray.NeedsAttention ? "\u25cf" : ""
         }
     }
     background: Rectangle {
@@ -68,9 +68,12 @@ Controls.AbstractButton {
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.RightButton | Qt.MiddleButton
-        onClicked: item.click(mouse.button)
-        onWheel: wheel.angleDelta.y !== 0
-                 ? item.tray.scroll(item.model.key, wheel.angleDelta.y, "vertical")
-                 : item.tray.scroll(item.model.key, wheel.angleDelta.x, "horizontal")
+        onClicked: function(mouse) { item.click(mouse.button); }
+        onWheel: function(wheel) {
+            if (wheel.angleDelta.y !== 0)
+                item.tray.scroll(item.model.key, wheel.angleDelta.y, Qt.Vertical);
+            else
+                item.tray.scroll(item.model.key, wheel.angleDelta.x, Qt.Horizontal);
+        }
     }
 }

@@ -256,7 +256,7 @@ void MenuClient::_endPreparations(bool ok)
     if (!ok)
         ids += std::exchange(_announcing, {});
     const QPointer<MenuClient> self(this);
-    for (int id : qAsConst(ids)) {
+    for (int id : std::as_const(ids)) {
         if (self)
             Q_EMIT prepared(id, ok);
     }

@@ -1,5 +1,7 @@
 #include "menuitem_p.h"
 
+#include <quorvaneshell/bus/dictionary_p.h>
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -86,18 +88,11 @@ std::vector<MenuItem> Reader::_children(const QDBusArgument &argument, int depth
 QVariantMap Reader::_properties(const QDBusArgument &argument)
 {
     QVariantMap properties;
-    argument.beginMap();
-    for (int read = 0; read < maximalProperties && !argument.atEnd(); ++read) {
-        QString name;
-        QDBusVariant value;
-        argument.beginMapEntry();
-        argument >> name >> value;
-        argument.endMapEntry();
-        const QVariant accepted = _value(name, value.variant());
+    readDictionary(argument, maximalProperties, [&](const QString &name, const QVariant &value) {
+        const QVariant accepted = _value(name, value);
         if (accepted.isValid())
             properties.insert(name, accepted);
-    }
-    argument.endMap();
+    });
     return properties;
 }
 

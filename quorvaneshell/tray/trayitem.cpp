@@ -1,8 +1,7 @@
 #include "trayitem_p.h"
 
-#include "trayvalues_p.h"
-
 #include <quorvaneshell/bus/asynccall_p.h>
+#include <quorvaneshell/pictures/icon.h>
 
 #include <QDBusError>
 #include <QDeadlineTimer>
@@ -19,6 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto patience = 3s;
+constexpr auto clickPatience = patience + 500ms; // After it, what is read with a click has told.
 // Items announce one change in several signals, and some animate their icon.
 constexpr auto pause = 30ms;
 constexpr auto longestPause = 10s;
@@ -27,6 +27,19 @@ constexpr auto firstRetry = 500ms; // And twice that from then on.
 QString interfaceName()
 {
     return QStringLiteral("org.kde.StatusNotifierItem");
+}
+
+bool isUnknownMethod(const QDBusMessage &answer)
+{
+    return QDBusError(answer).type() == QDBusError::UnknownMethod;
+}
+
+// What the bus answers for a program that left, as some do when they are clicked at.
+bool hasLeft(const QDBusMessage &answer)
+{
+    const QDBusError::ErrorType error = QDBusError(answer).type();
+    return error == QDBusError::NoReply || error == QDBusError::ServiceUnknown
+           || error == QDBusError::Disconnected;
 }
 
 } // namespace
@@ -39,15 +52,15 @@ TrayItem::TrayItem(const TrayAddress &address, const QString &owner, QObject *pa
                QStringLiteral("GetAll"), { interfaceName() })
 {
     connect(&_icon, &TrayIconSource::changed, this, [this] {
-        _set(IconSourceRole, _icon.source());
+        _set(Tray::IconSourceRole, _icon.source());
         _announce();
     });
     connect(&_overlay, &TrayIconSource::changed, this, [this] {
-        _set(OverlaySourceRole, _overlay.source());
+        _set(Tray::OverlaySourceRole, _overlay.source());
         _announce();
     });
-    _set(KeyRole, address.text());
-    _set(RespondsRole, true);
+    _set(Tray::KeyRole, address.text());
+    _set(Tray::RespondsRole, true);
     _takeValues(readTrayValues({}));
     _changed.clear();
 
@@ -61,12 +74,29 @@ TrayItem::TrayItem(const TrayAddress &address, const QString &owner, QObject *pa
     _retry.setSingleShot(true);
     _retry.setInterval(firstRetry);
     connect(&_retry, &QTimer::timeout, this, &TrayItem::refresh);
+    _clickPatience.setSingleShot(true);
+    _clickPatience.setInterval(clickPatience);
+    connect(&_clickPatience, &QTimer::timeout, this, &TrayItem::_missClick);
     _read();
+}
+
+QVariant TrayItem::value(int role) const
+{
+    switch (role) {
+    case Qt::DisplayRole:
+        return _text();
+    case Qt::DecorationRole:
+        return icon(value(Tray::IconSourceRole).toString(), _text());
+    case Qt::ToolTipRole:
+        return value(Tray::ToolTipRole);
+    default:
+        return _values.value(role);
+    }
 }
 
 TrayMenu *TrayItem::menu()
 {
-    if (!value(HasMenuRole).toBool())
+    if (!value(Tray::HasMenuRole).toBool())
         return nullptr;
     if (!_menu) {
         _menu = new TrayMenu(this);
@@ -86,43 +116,54 @@ void TrayItem::refresh()
 
 void TrayItem::activate(int x, int y)
 {
-    if (value(IsMenuRole).toBool()) {
+    if (value(Tray::IsMenuRole).toBool()) {
         contextMenu(x, y);
         return;
     }
     const QDeadlineTimer deadline(patience);
-    whenAnswered(_call(QStringLiteral("Activate"), { x, y }), this,
-                 [this, x, y, deadline](const QDBusMessage &answer) {
-                     if (answer.errorName() != QDBusError::errorString(QDBusError::UnknownMethod))
-                         return;
-                     _hasMenuAlone = true;
-                     _set(IsMenuRole, true);
-                     const QPointer<TrayItem> self(this);
-                     _announce();
-                     // Long after the click a menu would come as a surprise.
-                     if (self && !deadline.hasExpired())
-                         contextMenu(x, y);
-                 });
+    _click(QStringLiteral("Activate"), { x, y }, [this, x, y, deadline](const QDBusMessage &error) {
+        if (!isUnknownMethod(error)) {
+            _fail(error);
+            return;
+        }
+        _hasMenuAlone = true;
+        _set(Tray::IsMenuRole, true);
+        const QPointer<TrayItem> self(this);
+        _announce();
+        // Long after the click a menu would come as a surprise.
+        if (self && !deadline.hasExpired())
+            contextMenu(x, y);
+    });
 }
 
 void TrayItem::secondaryActivate(int x, int y)
 {
-    _call(QStringLiteral("SecondaryActivate"), { x, y });
+    _click(QStringLiteral("SecondaryActivate"), { x, y }, [this](const QDBusMessage &error) {
+        if (!isUnknownMethod(error))
+            _fail(error);
+    });
 }
 
 void TrayItem::contextMenu(int x, int y)
 {
-    if (value(HasMenuRole).toBool())
+    if (value(Tray::HasMenuRole).toBool())
         Q_EMIT menuRequested(x, y);
     else
-        _call(QStringLiteral("ContextMenu"), { x, y });
+        _click(QStringLiteral("ContextMenu"), { x, y },
+               [this](const QDBusMessage &error) { _fail(error); });
 }
 
-void TrayItem::scroll(int delta, const QString &orientation)
+void TrayItem::scroll(int delta, Qt::Orientation orientation)
 {
     // Where GTK's indicators say so in their paths, a number above zero is down.
     const bool isReversed = _address.path.startsWith(QLatin1String("/org/ayatana/"));
-    _call(QStringLiteral("Scroll"), { isReversed ? -delta : delta, orientation });
+    const QString name = orientation == Qt::Horizontal ? QStringLiteral("horizontal")
+                                                       : QStringLiteral("vertical");
+    _click(QStringLiteral("Scroll"), { isReversed ? -delta : delta, name },
+           [this](const QDBusMessage &error) {
+               if (!isUnknownMethod(error))
+                   _fail(error);
+           });
 }
 
 void TrayItem::_read()
@@ -146,7 +187,7 @@ void TrayItem::_take(const QDBusMessage &answer)
         _setShown(false);
     if (!self)
         return;
-    _set(RespondsRole, true);
+    _set(Tray::RespondsRole, true);
     if (answered)
         _takeValues(readTrayValues(answer));
     if (self)
@@ -167,7 +208,7 @@ void TrayItem::_take(const QDBusMessage &answer)
 
 void TrayItem::_miss()
 {
-    _set(RespondsRole, false);
+    _set(Tray::RespondsRole, false);
     const QPointer<TrayItem> self(this);
     _announce();
     if (self)
@@ -176,17 +217,17 @@ void TrayItem::_miss()
 
 void TrayItem::_takeValues(const TrayValues &values)
 {
-    _set(ItemIdRole, values.id);
-    _set(TitleRole, values.title);
-    _set(StatusRole, values.status);
-    _set(CategoryRole, values.category);
+    _set(Tray::ItemIdRole, values.id);
+    _set(Tray::TitleRole, values.title);
+    _set(Tray::StatusRole, values.status);
+    _set(Tray::CategoryRole, values.category);
     _icon.show(values.icon);
-    _set(IconSourceRole, _icon.source());
+    _set(Tray::IconSourceRole, _icon.source());
     _overlay.show(values.overlay);
-    _set(OverlaySourceRole, _overlay.source());
-    _set(LabelRole, values.label);
-    _set(ToolTipRole, values.toolTip);
-    _set(IsMenuRole, _hasMenuAlone || values.isMenu);
+    _set(Tray::OverlaySourceRole, _overlay.source());
+    _set(Tray::LabelRole, values.label);
+    _set(Tray::ToolTipRole, values.toolTip);
+    _set(Tray::IsMenuRole, _hasMenuAlone || values.isMenu);
     _setMenuPath(values.menuPath);
 }
 
@@ -195,7 +236,7 @@ void TrayItem::_setMenuPath(const QString &path)
     const bool isNew = std::exchange(_menuPath, path) != path;
     if (isNew)
         _isMenuRefused = false;
-    _set(HasMenuRole, !path.isEmpty() && !_isMenuRefused);
+    _set(Tray::HasMenuRole, !path.isEmpty() && !_isMenuRefused);
     if (!path.isEmpty() && (isNew || _isMenuRefused))
         _probeMenu();
     if (isNew && _menu)
@@ -218,7 +259,7 @@ void TrayItem::_probeMenu()
                                       || error == QDBusError::UnknownInterface;
                      if (_isMenuRefused)
                          _tryAgain();
-                     _set(HasMenuRole, !_isMenuRefused);
+                     _set(Tray::HasMenuRole, !_isMenuRefused);
                      _announce();
                  });
 }
@@ -241,9 +282,17 @@ void TrayItem::_set(int role, const QVariant &value)
     _changed.append(role);
 }
 
+// With the roles of Qt that show the same.
 void TrayItem::_announce()
 {
-    const QVector<int> roles = std::exchange(_changed, {});
+    QVector<int> roles = std::exchange(_changed, {});
+    const bool isTextNew = roles.contains(Tray::TitleRole) || roles.contains(Tray::ItemIdRole);
+    if (isTextNew)
+        roles += Qt::DisplayRole;
+    if (isTextNew || roles.contains(Tray::IconSourceRole))
+        roles += Qt::DecorationRole;
+    if (roles.contains(Tray::ToolTipRole))
+        roles += Qt::ToolTipRole;
     if (!roles.isEmpty())
         Q_EMIT changed(roles);
 }
@@ -256,12 +305,41 @@ void TrayItem::_setShown(bool shown)
     Q_EMIT shownChanged();
 }
 
-// The answer to a click may be long in coming, from a program that opens a dialog: whether the item
-// responds is learned from its values, which may have changed with the click, too.
-QDBusPendingCall TrayItem::_call(const QString &method, const QVariantList &arguments)
+QString TrayItem::_text() const
+{
+    const QString title = value(Tray::TitleRole).toString();
+    return title.isEmpty() ? value(Tray::ItemIdRole).toString() : title;
+}
+
+// Calls the item, and a function for an error. What the item tells of itself may have changed, too.
+template<typename Function>
+void TrayItem::_click(const QString &method, const QVariantList &arguments, Function failed)
 {
     refresh();
-    return callAsync(_address.service, _address.path, interfaceName(), method, arguments);
+    if (++_unansweredClicks == 1 || !_clickPatience.isActive())
+        _clickPatience.start();
+    whenAnswered(callAsync(_address.service, _address.path, interfaceName(), method, arguments),
+                 this, [this, failed](const QDBusMessage &answer) {
+                     if (--_unansweredClicks == 0)
+                         _clickPatience.stop();
+                     if (answer.type() == QDBusMessage::ErrorMessage && !hasLeft(answer))
+                         failed(answer);
+                 });
+}
+
+void TrayItem::_fail(const QDBusMessage &error)
+{
+    constexpr int maximalLength = 1000;
+    const QString message = error.errorMessage().left(maximalLength);
+    Q_EMIT failed(message.isEmpty() ? error.errorName() : message);
+}
+
+// The answer to a click may be long in coming, from a program that opens a dialog: whether the item
+// responds is learned from its values.
+void TrayItem::_missClick()
+{
+    if (!value(Tray::RespondsRole).toBool())
+        Q_EMIT failed(QStringLiteral("%1 does not answer").arg(_text()));
 }
 
 } // namespace quorvane

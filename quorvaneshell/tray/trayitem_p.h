@@ -2,6 +2,7 @@
 
 #include "trayaddress_p.h"
 #include "trayiconsource_p.h"
+#include "trayvalues_p.h"
 
 #include <quorvaneshell/bus/patientcall_p.h>
 #include <quorvaneshell/menus/traymenu.h>
@@ -14,11 +15,8 @@
 #include <QVector>
 
 class QDBusMessage;
-class QDBusPendingCall;
 
 namespace quorvane {
-
-struct TrayValues;
 
 // One item of the tray: its values as it told them last, and the calls to it. Nothing waits for it.
 //
@@ -31,21 +29,6 @@ class TrayItem : public QObject
     Q_OBJECT
 
 public:
-    enum Role {
-        KeyRole = Qt::UserRole + 1,
-        ItemIdRole,
-        TitleRole,
-        StatusRole,
-        CategoryRole,
-        IconSourceRole,
-        OverlaySourceRole,
-        LabelRole,
-        ToolTipRole,
-        HasMenuRole,
-        IsMenuRole,
-        RespondsRole,
-    };
-
     // The owner is the unique name of its program.
     TrayItem(const TrayAddress &address, const QString &owner, QObject *parent = nullptr);
 
@@ -53,7 +36,8 @@ public:
     const QString &owner() const { return _owner; }
     // Whether there is something to show: it has answered with its values, or does not answer.
     bool isShown() const { return _shown; }
-    QVariant value(int role) const { return _values.value(role); }
+    // By the roles of Tray, and those of Qt.
+    QVariant value(int role) const;
 
     // The item's menu, read from the first call on; null for an item without one. Belongs to the
     // item.
@@ -65,12 +49,14 @@ public:
     void activate(int x, int y);
     void secondaryActivate(int x, int y);
     void contextMenu(int x, int y);
-    void scroll(int delta, const QString &orientation);
+    void scroll(int delta, Qt::Orientation orientation);
 
 Q_SIGNALS:
     void shownChanged();
     void changed(const QVector<int> &roles);
     void menuRequested(int x, int y);
+    // A click came to nothing.
+    void failed(const QString &message);
 
 private:
     void _read();
@@ -83,7 +69,11 @@ private:
     void _set(int role, const QVariant &value);
     void _announce();
     void _setShown(bool shown);
-    QDBusPendingCall _call(const QString &method, const QVariantList &arguments);
+    QString _text() const;
+    template<typename Function>
+    void _click(const QString &method, const QVariantList &arguments, Function failed);
+    void _fail(const QDBusMessage &error);
+    void _missClick();
 
     const TrayAddress _address;
     const QString _owner;
@@ -97,6 +87,8 @@ private:
     QTimer _pause;    // From the first change to the call,
     QTimer _patience; // and from there to its answer.
     QTimer _retry;
+    QTimer _clickPatience; // From the first click without an answer.
+    int _unansweredClicks = 0;
     int _retriesLeft = 5;
     bool _shown = false;
     bool _hasAnswered = false;

@@ -63,7 +63,7 @@ void TrayItems::add(const TrayAddress &item, const QString &client)
 void TrayItems::remove(const TrayAddress &item)
 {
     QVector<Entry> left;
-    for (const Entry &entry : qAsConst(_entries)) {
+    for (const Entry &entry : std::as_const(_entries)) {
         if (entry.item == item)
             left += entry;
     }
@@ -74,7 +74,7 @@ void TrayItems::_hear(const QString &name, const QString &owner)
 {
     QVector<Entry> left;
     QVector<Entry> confirmed;
-    for (const Entry &entry : qAsConst(_entries)) {
+    for (const Entry &entry : std::as_const(_entries)) {
         const bool isOfName = entry.item.service == name;
         if (owner.isEmpty() ? isOfName || entry.client == name : isOfName && entry.isThere)
             left += entry;
@@ -83,7 +83,7 @@ void TrayItems::_hear(const QString &name, const QString &owner)
     }
     const QPointer<TrayItems> self(this);
     _leave(left);
-    for (const Entry &entry : qAsConst(confirmed)) {
+    for (const Entry &entry : std::as_const(confirmed)) {
         if (self)
             _confirm(entry);
     }
@@ -122,7 +122,7 @@ void TrayItems::_keepWithinBounds()
 {
     QHash<QString, int> numbers;
     int largest = 0;
-    for (const Entry &entry : qAsConst(_entries))
+    for (const Entry &entry : std::as_const(_entries))
         largest = std::max(largest, ++numbers[_program(entry)]);
     if (largest <= mostOfOne && _entries.size() <= most)
         return;
@@ -153,7 +153,7 @@ void TrayItems::_leave(const QVector<Entry> &entries)
     if (!_waiting.isEmpty() && !entries.isEmpty())
         QMetaObject::invokeMethod(this, &TrayItems::_fillUp, Qt::QueuedConnection);
     const QPointer<TrayItems> self(this);
-    for (const TrayAddress &item : qAsConst(gone)) {
+    for (const TrayAddress &item : std::as_const(gone)) {
         if (self)
             Q_EMIT removed(item);
     }

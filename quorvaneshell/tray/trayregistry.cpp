@@ -1,7 +1,5 @@
 #include "trayregistry_p.h"
 
-#include "traywatcher_p.h"
-
 #include <quorvaneshell/bus/asynccall_p.h>
 #include <quorvaneshell/bus/busreader_p.h>
 #include <quorvaneshell/bus/patientcall_p.h>
@@ -10,7 +8,6 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <QPointer>
-#include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
@@ -18,20 +15,6 @@
 namespace quorvane {
 
 namespace {
-
-// More than anyone looks at.
-constexpr int mostListed = 1000;
-
-// The bus name of the registry and its interface, which are one text.
-QString registryName()
-{
-    return QStringLiteral("org.kde.StatusNotifierWatcher");
-}
-
-QString registryPath()
-{
-    return QStringLiteral("/StatusNotifierWatcher");
-}
 
 // What registries look for among hosts; each tray of a process has one.
 QString newHostName()
@@ -42,28 +25,10 @@ QString newHostName()
             .arg(++last);
 }
 
-QDBusPendingCall requestName(const QString &name)
-{
-    // Who waits in the bus's queue takes over without a gap, in which items see that they have to
-    // register again.
-    constexpr uint doNotQueue = 4;
-    return callBus(QStringLiteral("RequestName"), { name, doNotQueue });
-}
-
-bool isNameOurs(const QDBusMessage &answer)
-{
-    constexpr uint primaryOwner = 1;
-    constexpr uint alreadyOwner = 4;
-    const uint result = answer.arguments().value(0).toUInt();
-    return answer.type() == QDBusMessage::ReplyMessage
-           && (result == primaryOwner || result == alreadyOwner);
-}
-
 } // namespace
 
-TrayRegistry::TrayRegistry(QObject *parent)
-    : QObject(parent)
-    , _hostName(newHostName())
+TrayRegistry::TrayRegistry()
+    : _hostName(newHostName())
 {
     keepReadingSessionBus();
     connect(&_items, &TrayItems::added, this, &TrayRegistry::_tell);
@@ -71,17 +36,33 @@ TrayRegistry::TrayRegistry(QObject *parent)
     connect(&_names, &BusNames::ownerKnown, this,
             [this](const QString &, const QString &owner) { _follow(owner); });
     // From whoever keeps the registry: a subscription by its name would wait for the bus.
-    QDBusConnection::sessionBus().connect(QString(), registryPath(), registryName(), QString(),
-                                          this, SLOT(_hearRegistry(QDBusMessage)));
+    QDBusConnection::sessionBus().connect(QString(), path(), busName(), QString(), this,
+                                          SLOT(_hearRegistry(QDBusMessage)));
     requestName(_hostName);
-    _names.follow(registryName());
+    _names.follow(busName());
 }
 
 TrayRegistry::~TrayRegistry()
 {
     callBus(QStringLiteral("ReleaseName"), { _hostName });
-    if (_watcher)
-        callBus(QStringLiteral("ReleaseName"), { registryName() });
+}
+
+QString TrayRegistry::busName()
+{
+    return QStringLiteral("org.kde.StatusNotifierWatcher");
+}
+
+QString TrayRegistry::path()
+{
+    return QStringLiteral("/StatusNotifierWatcher");
+}
+
+// Who waits in the bus's queue takes over without a gap, in which items see that they have to
+// register again.
+QDBusPendingCall TrayRegistry::requestName(const QString &name)
+{
+    constexpr uint doNotQueue = 4;
+    return callBus(QStringLiteral("RequestName"), { name, doNotQueue });
 }
 
 void TrayRegistry::_follow(const QString &owner)
@@ -89,10 +70,6 @@ void TrayRegistry::_follow(const QString &owner)
     _owner = owner;
     delete std::exchange(_list, nullptr);
     const bool isOurs = owner == QDBusConnection::sessionBus().baseService();
-    if (owner.isEmpty() || isOurs)
-        _keepRegistry();
-    else
-        _watcher.reset();
     if (!owner.isEmpty())
         _register();
     if (!owner.isEmpty() && !isOurs)
@@ -103,49 +80,14 @@ void TrayRegistry::_follow(const QString &owner)
         _setOwnerProcess({});
 }
 
-// Items that register only once are taken over from the registry before.
-void TrayRegistry::_keepRegistry()
-{
-    auto watcher = std::make_unique<TrayWatcher>();
-    // Not while this or another tray of this process does.
-    if (!QDBusConnection::sessionBus().registerObject(registryPath(), watcher.get()))
-        return;
-    const QVector<TrayAddress> items = _items.items();
-    for (const TrayAddress &item : items)
-        watcher->add(item);
-    _watcher = std::move(watcher);
-    whenAnswered(requestName(registryName()), this, [this](const QDBusMessage &answer) {
-        if (isNameOurs(answer))
-            _findItems();
-        else
-            _watcher.reset();
-    });
-}
-
-// Most items register again with a new registry. Those that don't are known by their names.
-void TrayRegistry::_findItems()
-{
-    whenAnswered(callBus(QStringLiteral("ListNames")), this, [this](const QDBusMessage &answer) {
-        static const QRegularExpression itemName(QStringLiteral(
-                "^org\\.(quorvane\\..+|(kde|freedesktop)\\.StatusNotifierItem)-\\d+(-\\d+)?\\z"));
-        const QStringList names
-                = answer.arguments().value(0).toStringList().filter(itemName).mid(0, mostListed);
-        for (const QString &name : names) {
-            if (_watcher)
-                _watcher->add(TrayAddress::fromText(name));
-        }
-    });
-}
-
 // As a host. Subscribed to its signals already, no item is missed that comes while the list is
 // read.
 void TrayRegistry::_register()
 {
-    callAsync(_owner, registryPath(), registryName(), QStringLiteral("RegisterStatusNotifierHost"),
+    callAsync(_owner, path(), busName(), QStringLiteral("RegisterStatusNotifierHost"),
               { _hostName });
-    const QVariantList property { registryName(), QStringLiteral("RegisteredStatusNotifierItems") };
-    _list = new PatientCall(_owner, registryPath(),
-                            QStringLiteral("org.freedesktop.DBus.Properties"),
+    const QVariantList property { busName(), QStringLiteral("RegisteredStatusNotifierItems") };
+    _list = new PatientCall(_owner, path(), QStringLiteral("org.freedesktop.DBus.Properties"),
                             QStringLiteral("Get"), property, this);
     connect(_list, &PatientCall::answered, this, [this](const QDBusMessage &answer) {
         if (answer.type() != QDBusMessage::ReplyMessage)

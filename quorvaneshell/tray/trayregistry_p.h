@@ -8,17 +8,14 @@
 #include <QVariantMap>
 #include <QVector>
 
-#include <memory>
-
 class QDBusMessage;
+class QDBusPendingCall;
 
 namespace quorvane {
 
 class PatientCall;
-class TrayWatcher;
 
 // Tells which items there are in the session: what the registry on the bus lists, whoever keeps it.
-// While nobody does, this process does.
 //
 // An item stays from its registration until its bus name loses its owner, or the registry says that
 // it has gone. It stays when the registry leaves or is replaced, with all that programs which
@@ -28,14 +25,24 @@ class TrayRegistry : public QObject
     Q_OBJECT
 
 public:
-    explicit TrayRegistry(QObject *parent = nullptr);
+    TrayRegistry();
     ~TrayRegistry() override;
+
+    // The bus name of the registry and its interface, which are one text, and the path of its object.
+    static QString busName();
+    static QString path();
+    // Asks the bus for a name, for which this process doesn't wait in a queue.
+    static QDBusPendingCall requestName(const QString &name);
+    // Of a list from the bus as much is read, which is more than anyone looks at.
+    static constexpr int mostListed = 1000;
 
     // Whether the registry has answered with its items, and so takes this process for a host.
     bool isRegistered() const { return _registered; }
     // {name, pid} of the other process that keeps the registry; empty when this one does, or
     // nobody.
     QVariantMap owner() const { return _ownerProcess; }
+    // Those that are there.
+    QVector<TrayAddress> items() const { return _items.items(); }
 
 Q_SIGNALS:
     // Again for an item that registers again. The owner is the unique name of its program.
@@ -56,8 +63,6 @@ private:
     };
 
     void _follow(const QString &owner);
-    void _keepRegistry();
-    void _findItems();
     void _register();
     void _takeItems(const QStringList &items);
     void _askForProcess();
@@ -75,7 +80,6 @@ private:
     QVariantMap _ownerProcess;
     bool _registered = false;
     PatientCall *_list = nullptr;
-    std::unique_ptr<TrayWatcher> _watcher;
 };
 
 } // namespace quorvane

@@ -3,12 +3,12 @@
 #include "trayaddress_p.h"
 #include "trayimage_p.h"
 
+#include <quorvaneshell/bus/dictionary_p.h>
 #include <quorvaneshell/notifications/styledbody_p.h>
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <QTextDocument>
 #include <QVariantMap>
 
@@ -29,27 +29,18 @@ QString text(const QVariantMap &properties, const char *name)
     return text(properties.value(QLatin1String(name)));
 }
 
-// a{sv}, read by hand: an item that sends millions of properties is not waited for.
 QVariantMap readProperties(const QDBusMessage &answer)
 {
+    constexpr int maximalNumber = 100;
     const QVariant value = answer.arguments().value(0);
-    if (!value.canConvert<QDBusArgument>())
+    if (value.userType() != qMetaTypeId<QDBusArgument>())
         return value.toMap(); // Of an item in this process.
     const auto argument = value.value<QDBusArgument>();
     QVariantMap properties;
-    if (argument.currentSignature() != QLatin1String("a{sv}"))
-        return properties;
-    constexpr int maximalNumber = 100;
-    argument.beginMap();
-    for (int i = 0; i < maximalNumber && !argument.atEnd(); ++i) {
-        QString name;
-        QDBusVariant property;
-        argument.beginMapEntry();
-        argument >> name >> property;
-        argument.endMapEntry();
-        properties.insert(name, property.variant());
-    }
-    argument.endMap(); // Else the message stays in memory, here and below.
+    if (argument.currentSignature() == QLatin1String("a{sv}"))
+        readDictionary(argument, maximalNumber, [&](const QString &name, const QVariant &value) {
+            properties.insert(name, value);
+        });
     return properties;
 }
 
@@ -64,18 +55,18 @@ QString readToolTip(const QVariant &value)
     argument.asVariant(); // and its pictures.
     const QString title = text(argument.asVariant());
     QString body = text(argument.asVariant());
-    argument.endStructure();
+    argument.endStructure(); // Else the message stays in memory.
     if (Qt::mightBeRichText(body))
         body = plainText(body);
     return title.isEmpty() || body.isEmpty() ? title + body : title + QLatin1Char('\n') + body;
 }
 
-QString readStatus(const QVariantMap &properties)
+Tray::Status readStatus(const QVariantMap &properties)
 {
     const QString status = text(properties, "Status");
-    const bool known
-            = status == QLatin1String("Passive") || status == QLatin1String("NeedsAttention");
-    return known ? status : QStringLiteral("Active");
+    return status == QLatin1String("Passive")          ? Tray::Passive
+           : status == QLatin1String("NeedsAttention") ? Tray::NeedsAttention
+                                                       : Tray::Active;
 }
 
 // Without a menu some name no object, some "/", and some this one.
@@ -122,7 +113,7 @@ TrayValues readTrayValues(const QDBusMessage &answer)
     }
     values.menuPath = readMenuPath(properties);
     values.isMenu = readBool(properties, "ItemIsMenu");
-    if (values.status == QLatin1String("NeedsAttention"))
+    if (values.status == Tray::NeedsAttention)
         values.icon = readIcon(properties, "Attention");
     if (values.icon.isEmpty())
         values.icon = readIcon(properties, "");

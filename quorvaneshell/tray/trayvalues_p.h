@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tray.h"
+
 #include <QImage>
 #include <QString>
 
@@ -22,7 +24,7 @@ struct TrayValues
 {
     QString id;
     QString title;
-    QString status; // One of the three that there are.
+    Tray::Status status = Tray::Active;
     QString category;
     QString label;
     QString toolTip;  // Plain text.

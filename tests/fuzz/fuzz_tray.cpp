@@ -136,7 +136,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         require(text.size() <= 1000);
     require(values.menuPath.isEmpty() || isObjectPath(values.menuPath));
     require(values.icon.image.width() <= 1024 && values.overlay.image.height() <= 1024);
-    require(values.status == "Active" || values.status == "Passive"
-            || values.status == "NeedsAttention");
+    require(values.status >= Tray::Passive && values.status <= Tray::NeedsAttention);
     return 0;
 }

@@ -7,8 +7,6 @@
 #include <quorvaneshell/tray/tray.h>
 
 #include <QDBusInterface>
-#include <QQmlApplicationEngine>
-#include <QWindow>
 #include <QtTest>
 
 #include <csignal>
@@ -42,8 +40,12 @@ static QString text(const Tray &tray, const QString &roles)
     QStringList rows;
     for (int row = 0; row < tray.rowCount(); ++row) {
         QStringList values;
-        for (const QString &role : names)
-            values += tray.get(row).value(role).toString();
+        for (const QString &role : names) {
+            const QVariant value = tray.get(row).value(role);
+            values += role == "status"
+                              ? QMetaEnum::fromType<Tray::Status>().valueToKey(value.toInt())
+                              : value.toString();
+        }
         rows += values.join('|');
     }
     return rows.join(", ");
@@ -336,23 +338,6 @@ private Q_SLOTS:
                 indicator.kill();
         };
         QTRY_VERIFY((stir(), !tray));
-    }
-
-    void theExampleIsATray()
-    {
-        QQmlApplicationEngine engine;
-        engine.addImportPath(IMPORT_PATH);
-        engine.load(QUrl::fromLocalFile(EXAMPLE));
-        auto *window = qobject_cast<QWindow *>(engine.rootObjects().value(0));
-        const auto click = [window](Qt::MouseButton button, int x, int y) {
-            QTest::mouseClick(window, button, {}, { x, y });
-        };
-        Peer item("item", "item");
-        SAYS((click(Qt::LeftButton, 9, 9), item), "first");
-        Peer indicator(MENUPEER); // In the second place.
-        indicator.tell("indicator.set_status(1)");
-        SAYS((click(Qt::RightButton, 40, 9), click(Qt::LeftButton, 9, 48), indicator),
-             "clicked _Open");
     }
 };
 

@@ -155,7 +155,9 @@ private Q_SLOTS:
         _tell("menu.show(item(4, enabled=False), item(5), item(2, item(3), item(6), label='b'))");
         SHOWS(" v| ev|b ev{ ev| ev}");
         QCOMPARE(_menu.submenu(2), below);
-        QCOMPARE(changed.takeFirst().at(2).value<QVector<int>>(), { TrayMenu::LabelRole });
+        QCOMPARE(changed.takeFirst().at(2).value<QVector<int>>(),
+                 QVector<int>({ TrayMenu::LabelRole, Qt::DisplayRole, Qt::ToolTipRole,
+                                TrayMenu::MnemonicLabelRole }));
         _tell("menu.ItemsPropertiesUpdated([(2, {'visible': False}), (9, {})], [(4, "
               "['enabled'])])");
         SHOWS(" ev| ev|b e{ ev| ev}");

@@ -116,14 +116,16 @@ QVector<RowChange> atOnce(const QVector<int> &numbers, const QVector<int> &sorte
     };
     order(numbers);
     if (numbers.size() > sorted.size())
-        changes += { RowChange::Remove, sorted.size(), numbers.size() - sorted.size(), 0, {} };
+        changes += {
+            RowChange::Remove, int(sorted.size()), int(numbers.size() - sorted.size()), 0, {}
+        };
 
     QVector<int> all = sorted;
     const QVector<RowChange> pieces = insertions(sorted, wanted);
     for (const RowChange &piece : pieces)
         all += piece.numbers;
     if (!pieces.isEmpty())
-        changes += { RowChange::Insert, sorted.size(), 0, 0, all.mid(sorted.size()) };
+        changes += { RowChange::Insert, int(sorted.size()), 0, 0, all.mid(sorted.size()) };
     order(all);
     return changes;
 }

@@ -18,10 +18,10 @@ QColor tileColor(const QString &label)
 {
     if (label.isEmpty())
         return { 128, 128, 128, 96 };
-    quint32 sum = 0;
+    quint32 sum = 2166136261; // FNV-1
     const QByteArray bytes = label.toUtf8();
     for (const char byte : bytes)
-        sum = 31 * sum + uchar(byte);
+        sum = sum * 16777619 ^ uchar(byte);
     return tileColors[sum % tileColors.size()];
 }
 

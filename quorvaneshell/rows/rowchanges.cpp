@@ -115,17 +115,16 @@ QVector<RowChange> atOnce(const QVector<int> &numbers, const QVector<int> &sorte
             changes += change;
     };
     order(numbers);
-    if (numbers.size() > sorted.size())
-        changes += {
-            RowChange::Remove, int(sorted.size()), int(numbers.size() - sorted.size()), 0, {}
-        };
+    const int kept = int(sorted.size());
+    if (numbers.size() > kept)
+        changes += { RowChange::Remove, kept, int(numbers.size()) - kept, 0, {} };
 
     QVector<int> all = sorted;
     const QVector<RowChange> pieces = insertions(sorted, wanted);
     for (const RowChange &piece : pieces)
         all += piece.numbers;
     if (!pieces.isEmpty())
-        changes += { RowChange::Insert, int(sorted.size()), 0, 0, all.mid(sorted.size()) };
+        changes += { RowChange::Insert, kept, 0, 0, all.mid(kept) };
     order(all);
     return changes;
 }

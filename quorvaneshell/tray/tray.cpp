@@ -148,7 +148,7 @@ void Tray::_show(TrayItem *item)
                                           QStringLiteral("Hardware") };
     const int category = categories.indexOf(item->value(TrayItem::CategoryRole).toString());
     const QString title = item->value(TrayItem::TitleRole).toString();
-    const Row shown { item, category < 0 ? categories.size() : category,
+    const Row shown { item, category < 0 ? int(categories.size()) : category,
                       title.isEmpty() ? item->value(TrayItem::ItemIdRole).toString() : title };
     const auto place = std::upper_bound(
             _rows.cbegin(), _rows.cend(), shown,

@@ -20,7 +20,8 @@ namespace {
 QString text(const QVariant &value)
 {
     constexpr int maximalLength = 1000;
-    return value.type() == QVariant::String ? value.toString().left(maximalLength) : QString();
+    return value.userType() == QMetaType::QString ? value.toString().left(maximalLength)
+                                                  : QString();
 }
 
 QString text(const QVariantMap &properties, const char *name)
@@ -91,7 +92,7 @@ QString readMenuPath(const QVariantMap &properties)
 bool readBool(const QVariantMap &properties, const char *name)
 {
     const QVariant value = properties.value(QLatin1String(name));
-    return value.type() == QVariant::Bool && value.toBool();
+    return value.userType() == QMetaType::Bool && value.toBool();
 }
 
 // Of the properties that begin with the kind: none, "Attention" or "Overlay".

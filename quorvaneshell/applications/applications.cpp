@@ -189,7 +189,7 @@ QVariant ApplicationsPrivate::value(const Application &application, int role) co
     case Applications::IconSourceRole:
         return application.iconSource;
     case Qt::DecorationRole:
-        return icon(application.iconSource);
+        return icon(application.iconSource, application.name);
     case Applications::TerminalRole:
         return application.terminal;
     case Applications::ActionsRole:
@@ -282,7 +282,7 @@ QVector<int> ApplicationsPrivate::_differences(const Application &one,
     compare(Qt::ToolTipRole);
     for (int role = Applications::AppIdRole; role <= Applications::PathRole; ++role)
         compare(role);
-    if (roles.contains(Applications::IconSourceRole))
+    if (roles.contains(Applications::IconSourceRole) || roles.contains(Applications::NameRole))
         roles += Qt::DecorationRole;
     return roles;
 }

@@ -54,7 +54,7 @@ class ApplicationsPrivate;
     | KeywordsRole | keywords | QStringList | words in the user's language |
     | CategoriesRole | categories | QStringList | all categories in the entry, registered or not |
     | IconSourceRole | iconSource | QString | URL of the icon for an Image or icon(); that of a generic icon for an application without one |
-    | Qt::DecorationRole | | QIcon | the icon of \a iconSource |
+    | Qt::DecorationRole | | QIcon | the icon of \a iconSource; where that is missing, a tile with the first letter of the name |
     | Qt::ToolTipRole | | QString | the comment, or else the generic name; plain text |
     | TerminalRole | terminal | bool | whether it runs in a terminal |
     | ActionsRole | actions | QVariantList | maps with "id", for invoke(), "text", in the user's language, and "iconSource", empty for an action without an icon |

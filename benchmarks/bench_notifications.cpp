@@ -2,7 +2,7 @@
 // a number, how many posts a second the service takes from a program that does not wait, and how long
 // such a burst keeps the service's own event loop from its timers.
 //
-// The services are processes of their own, the library's manager and the module's Notifications: this
+// The services are processes of their own, the plain manager and the Notifications of a shell: this
 // program, started with the name of the class. They are called by their unique names. On several CPUs
 // a round trip takes one of two times, as the scheduler places the three processes; on one, bus
 // included, it is steady.

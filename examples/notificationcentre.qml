@@ -22,15 +22,15 @@ Window {
             Image { source: model.iconSource; sourceSize: Qt.size(48, 48) }
             Column {
                 id: content; x: 60; width: 290; bottomPadding: 12
-                Text { text: model.summary; font.bold: model.urgency > 1; textFormat: Text.PlainText }
+                Text { text: model.summary; font.bold: model.urgency === Notifications.Critical; textFormat: Text.PlainText }
                 Text { text: model.styledBody; width: 290; wrapMode: Text.Wrap; textFormat: Text.StyledText
-                       onLinkActivated: Qt.openUrlExternally(link) }
+                       onLinkActivated: function(link) { Qt.openUrlExternally(link) } }
                 Rectangle { width: 2.9 * model.progress; height: 4; visible: width > 0; color: "steelblue" }
                 Repeater {
                     model: actions
                     Text {
                         text: "▸ " + modelData.text; textFormat: Text.PlainText
-                        MouseArea { anchors.fill: parent; onClicked: notifications.invoke(card.number, modelData.key) }
+                        MouseArea { anchors.fill: parent; onClicked: notifications.invoke(card.number, modelData.id) }
                     }
                 }
             }

@@ -157,7 +157,8 @@ bool SortFilterProxyModel::lessThan(const QModelIndex &left, const QModelIndex &
 {
     const QVariant a = left.data(sortRole());
     const QVariant b = right.data(sortRole());
-    if (!isSortLocaleAware() || a.type() != QVariant::String || b.type() != QVariant::String)
+    const bool areTexts = a.userType() == QMetaType::QString && b.userType() == QMetaType::QString;
+    if (!isSortLocaleAware() || !areTexts)
         return QSortFilterProxyModel::lessThan(left, right);
     // Qt's own comparison by language regards the case where the language is that of C.
     _collator.setCaseSensitivity(sortCaseSensitivity());

@@ -29,7 +29,7 @@ FocusScope {
             entry("Start", () => applications.launch(id, [])),
             entry("Start in terminal", () => applications.launchInTerminal(id, [])),
             ...application.actions.map(
-                action => entry(action.name, () => applications.launchAction(id, action.id))),
+                action => entry(action.text, () => applications.invoke(id, action.id))),
             ...(application.running ? [entry("Stop", () => applications.stop(id))] : [])
         ]);
     }

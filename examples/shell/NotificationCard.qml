@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15 as Controls
+import Quorvane 1.1
 
 // One notification: who says what, and what can be answered. A click does what the notification is
 // about; a middle click or a swipe dismisses it.
@@ -12,11 +13,11 @@ Rectangle {
     property int folded: 0 // How many of the same program are behind it.
     property alias buttons: buttons
     property alias text: summary.text
-    readonly property bool critical: notification.urgency === 2
+    readonly property bool critical: notification.urgency === Notifications.Critical
     readonly property string _application: notification.appName || "A program"
 
     signal dismissed
-    signal answered(string key)
+    signal answered(string actionId)
     signal unfolded
 
     function activate() {
@@ -51,7 +52,12 @@ Rectangle {
         acceptedButtons: Qt.LeftButton | Qt.MiddleButton
         cursorShape: card.notification.hasDefault ? Qt.PointingHandCursor : Qt.ArrowCursor
         hoverEnabled: true
-        onClicked: mouse.button === Qt.MiddleButton ? card.dismissed() : card.activate()
+        onClicked: function(mouse) {
+            if (mouse.button === Qt.MiddleButton)
+                card.dismissed();
+            else
+                card.activate();
+        }
     }
     DragHandler {
         id: swipe
@@ -93,7 +99,7 @@ Rectangle {
             id: summary
 
             width: parent.width
-            color: card.notification.urgency === 0 ? Theme.muted : Theme.text
+            color: card.notification.urgency === Notifications.Low ? Theme.muted : Theme.text
             font { bold: true; pixelSize: Theme.titleText }
             maximumLineCount: 2
             text: card.notification.summary
@@ -110,7 +116,7 @@ Rectangle {
             textFormat: Text.StyledText
             visible: text !== ""
             wrapMode: Text.Wrap
-            onLinkActivated: Qt.openUrlExternally(link)
+            onLinkActivated: function(link) { Qt.openUrlExternally(link); }
         }
         Controls.ProgressBar {
             id: progress
@@ -139,7 +145,7 @@ Rectangle {
                     width: Math.min(implicitWidth, content.width)
                     highlighted: index === 0
                     text: modelData.text
-                    onClicked: card.answered(modelData.key)
+                    onClicked: card.answered(modelData.id)
                 }
             }
             PushButton {

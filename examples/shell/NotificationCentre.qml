@@ -38,7 +38,7 @@ FocusScope {
             return;
         const { appName, isTransient, urgency } = pending.items.get(row).model;
         now = new Date();
-        const folds = !isTransient && urgency !== 2;
+        const folds = !isTransient && urgency !== Notifications.Critical;
         if (folds && _programOf.get(id) === appName)
             return;
         _take(id);
@@ -98,7 +98,7 @@ FocusScope {
             folded: centre._changes, centre._foldedBehind(model.id)
             notification: model
             now: centre.now
-            onAnswered: centre.notifications.invoke(model.id, key)
+            onAnswered: function(actionId) { centre.notifications.invoke(model.id, actionId); }
             onDismissed: centre.notifications.dismiss(model.id)
             onUnfolded: centre.unfold(model.appName)
         }

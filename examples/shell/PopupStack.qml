@@ -20,14 +20,14 @@ Controls.Control {
         if (row < 0)
             return;
         const item = fresh.items.get(row);
-        if (quiet && item.model.urgency !== 2 || listed && !item.model.isTransient)
+        if (quiet && item.model.urgency !== Notifications.Critical || listed && !item.model.isTransient)
             return _drop(item);
         item.inFresh = true;
         if (freshOnes.count <= 3)
             return;
         // What is critical outlasts the rest.
         let oldest = freshOnes.count - 1;
-        while (oldest > 0 && freshOnes.get(oldest).model.urgency === 2)
+        while (oldest > 0 && freshOnes.get(oldest).model.urgency === Notifications.Critical)
             --oldest;
         _drop(freshOnes.get(oldest));
     }
@@ -74,7 +74,7 @@ Controls.Control {
                 width: stack.width
                 notification: model
                 now: stack.now
-                onAnswered: stack.notifications.invoke(model.id, key)
+                onAnswered: function(actionId) { stack.notifications.invoke(model.id, actionId); }
                 onDismissed: {
                     const item = fresh.items.get(DelegateModel.itemsIndex);
                     Qt.callLater(() => stack._drop(item)); // Not while the card itself is at it.

@@ -6,12 +6,17 @@
 
 int main(int argc, char **argv)
 {
+#if QT_VERSION_MAJOR == 5
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QString plainStyle = QStringLiteral("Default");
+#else
+    const QString plainStyle = QStringLiteral("Basic");
+#endif
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("shell"));
     // The shell draws its controls itself; a style that the environment names would show through.
-    QQuickStyle::setStyle(QStringLiteral("Default"));
+    QQuickStyle::setStyle(plainStyle);
     // A cursor that blinks would have the window drawn anew all day long.
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     qSetMessagePattern(QStringLiteral("%{message}"));

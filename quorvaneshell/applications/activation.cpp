@@ -1,25 +1,64 @@
 #include "activation_p.h"
 
-#include "launch_p.h"
-
 #include <quorvaneshell/bus/asynccall_p.h>
 
 #include <QDBusConnection>
 #include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QFileInfo>
+
+#include <limits>
 
 namespace quorvane {
 
-Activation::Activation(const ApplicationPointer &application, const QString &action,
-                       const QByteArrayList &uris, QObject *parent)
+namespace {
+
+QString busName(const Application &application)
+{
+    return QFileInfo(application.path).completeBaseName();
+}
+
+QDBusPendingCall call(const QString &name, const QString &method, const QVariantList &arguments)
+{
+    constexpr int noTimeout = std::numeric_limits<int>::max();
+    QString path = QLatin1Char('/') + name;
+    path.replace(QLatin1Char('.'), QLatin1Char('/')).replace(QLatin1Char('-'), QLatin1Char('_'));
+    auto message = QDBusMessage::createMethodCall(
+            name, path, QStringLiteral("org.freedesktop.Application"), method);
+    message.setArguments(arguments + QVariantList { QVariantMap() });
+    return QDBusConnection::sessionBus().asyncCall(message, noTimeout);
+}
+
+QDBusPendingCall activate(const QString &name, const LaunchRequest &request)
+{
+    if (!request.action.isEmpty())
+        return call(name, QStringLiteral("ActivateAction"), { request.action, QVariantList() });
+    if (request.uris.isEmpty())
+        return call(name, QStringLiteral("Activate"), {});
+    QStringList texts;
+    for (const QByteArray &uri : request.uris)
+        texts += QString::fromLatin1(uri);
+    return call(name, QStringLiteral("Open"), { texts });
+}
+
+} // namespace
+
+bool Activation::isFor(const Application &application)
+{
+    return application.busActivatable && QDBusConnection::sessionBus().isConnected();
+}
+
+Activation::Activation(const LaunchRequest &request, QObject *parent)
     : QObject(parent)
-    , _name(busName(*application))
+    , _name(busName(*request.application))
 {
     // With the bus as the service, Qt would ask it for its owner and wait.
     QDBusConnection::sessionBus().connect({}, QStringLiteral("/org/freedesktop/DBus"),
                                           QStringLiteral("org.freedesktop.DBus"),
                                           QStringLiteral("NameOwnerChanged"), { _name }, {}, this,
                                           SLOT(_ownerChanged(QDBusMessage)));
-    whenAnswered(activate(*application, action, uris), this,
+    whenAnswered(activate(_name, request), this,
                  [this](const QDBusMessage &answer) { _answered(answer); });
     _askForPid();
 }

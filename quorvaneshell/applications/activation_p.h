@@ -1,23 +1,24 @@
 #pragma once
 
-#include "application_p.h"
+#include "launch_p.h"
 
-#include <QByteArrayList>
 #include <QObject>
 
 class QDBusMessage;
 
 namespace quorvane {
 
-// One activation of an application by the session bus. It may take as long as the program likes,
-// and deletes itself then.
+// One activation of an application by the session bus, through the interface
+// org.freedesktop.Application. It may take as long as the program likes, and deletes itself then.
 class Activation : public QObject
 {
     Q_OBJECT
 
 public:
-    Activation(const ApplicationPointer &application, const QString &action,
-               const QByteArrayList &uris, QObject *parent = nullptr);
+    // Whether the bus starts the application, and not its command line.
+    static bool isFor(const Application &application);
+
+    explicit Activation(const LaunchRequest &request, QObject *parent = nullptr);
 
 Q_SIGNALS:
     // The process that owns the name. May come before the program has answered, and again.

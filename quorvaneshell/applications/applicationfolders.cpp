@@ -18,14 +18,9 @@ namespace {
 constexpr int deepest = 8;
 constexpr int mostFolders = 1000;
 
-// GIO's own answer, which it keeps for the life of the process.
 QStringList roots()
 {
-    const QString folder = QStringLiteral("/applications");
-    QStringList roots { QFile::decodeName(g_get_user_data_dir()) + folder };
-    for (auto *directory = g_get_system_data_dirs(); *directory; ++directory)
-        roots += QFile::decodeName(*directory) + folder;
-    return roots;
+    return dataFolders(QStringLiteral("applications"));
 }
 
 // Where a folder really is; the second number is 0 for what is none.
@@ -81,6 +76,17 @@ void warnOnce()
 }
 
 } // namespace
+
+// GIO's own answer, which it keeps for the life of the process.
+QStringList dataFolders(const QString &name)
+{
+    QStringList folders { QFile::decodeName(g_get_user_data_dir()) };
+    for (auto *directory = g_get_system_data_dirs(); *directory; ++directory)
+        folders += QFile::decodeName(*directory);
+    for (QString &folder : folders)
+        folder += QLatin1Char('/') + name;
+    return folders;
+}
 
 QVector<ApplicationFolder> applicationFolders()
 {

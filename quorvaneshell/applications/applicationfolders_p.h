@@ -26,6 +26,10 @@ struct ApplicationFolder
     }
 };
 
+// A folder of that name in each data directory of the Base Directory Specification, whether it is
+// there or not, the most important first.
+QStringList dataFolders(const QString &name);
+
 // Those that there are, the most important first: the data directories in the order of the Base
 // Directory Specification, each before its own folders. Of these it takes 8 levels, and 1,000 in
 // all, the upper levels first; each place once, wherever links lead. May be called in any thread.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "application_p.h"
+#include "installedapplications_p.h"
 
 #include <QObject>
 #include <QThreadPool>

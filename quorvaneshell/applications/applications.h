@@ -1,79 +1,106 @@
 #pragma once
 
-#include "application_p.h"
-
 #include <quorvaneshell/quorvaneshell_export.h>
-#include <quorvaneshell/rows/rowwalk_p.h>
+#include <quorvaneshell/rows/listmodel.h>
 
-#include <QByteArrayList>
+#include <QStringList>
 #include <QVariantList>
+
+#include <memory>
 
 namespace quorvane {
 
-class ApplicationList;
+class ApplicationsPrivate;
 
 /*! \ingroup shell
-    \brief The installed applications as a launcher shows them: found, sorted, searched and started.
+    \brief The installed applications as a launcher, a menu or a dock shows them: found, sorted,
+    searched, launched and stopped.
 
     The applications are the desktop entries below "applications" in the data directories, by the
-    rules of the Desktop Entry and Base Directory Specifications, as GIO reads them. A file in a more
-    important directory hides those of its id in the others. Entries with Hidden, those without a name
-    or a command line (or bus name), and those whose program or TryExec isn't there, are no
-    applications. Folders are looked into 8 levels deep and up to 1,000 in all; a file has 1 MB at
-    most. The list is complete after construction and stays right: a file, an override or a folder
-    that comes, changes or goes shows within a second, as rows that are inserted, removed, moved or
-    changed, or as a change of the layout where it would take more than 100 such steps; the model is
-    never reset. Data directories, desktop (XDG_CURRENT_DESKTOP) and language are those that the
-    process began with.
+    rules of the
+    [Desktop Entry](https://specifications.freedesktop.org/desktop-entry-spec/latest/),
+    [Base Directory](https://specifications.freedesktop.org/basedir-spec/latest/) and
+    [Desktop Menu](https://specifications.freedesktop.org/menu-spec/latest/) specifications. A file in
+    a more important directory hides those of its id in the others. Entries with Hidden, those without
+    a name, those with neither a command line nor a bus name, and those whose program or TryExec is not
+    installed are no applications. Folders are looked into 8 levels deep and up to 1,000 in all, each
+    place once, wherever links lead; a file has 1 MB at most, and what is no regular file is passed
+    over. Data directories, desktop (XDG_CURRENT_DESKTOP) and language (LANGUAGE, LC_MESSAGES; LC_COLLATE
+    for the order) are those that the process began with.
 
-    A slot on a signal may search, launch and delete the model; what it asks for is shown after it.
-    Only signals that tell what is about to come are no place for it. countChanged() comes once for
-    all that changed, at the end. The signals of search, category and showAll come after that, when the
-    rows are the new ones.
+    The rows are sorted by \a name as the user's language sorts, without regard to case; \a search puts
+    the best first.
 
-    | Role | Name | Value |
-    | ---- | ---- | ----- |
-    | AppIdRole | appId | id in the sense of the Desktop Entry Specification, without ".desktop": "kde-foo" for kde/foo.desktop |
-    | NameRole, Qt::DisplayRole | name | name in the user's language |
-    | GenericNameRole | genericName | "Web Browser", in the user's language; may be empty |
-    | CommentRole | comment | a sentence in the user's language; may be empty |
-    | KeywordsRole | keywords | list of words in the user's language |
-    | CategoriesRole | categories | list of categories of the Desktop Menu Specification and others |
-    | IconSourceRole | iconSource | URL for an Image; a generic icon for applications without |
-    | TerminalRole | terminal | whether it runs in a terminal |
-    | ActionsRole | actions | list of maps with "id" and "name", for launchAction() |
-    | RunningRole | running | whether a program launched in this process runs |
-    | PidRole | pid | the process id of the newest, 0 if none runs |
-    | PathRole | path | path of the desktop entry |
+    <b>What changes.</b> The list is complete after construction and stays right: a file, an override or
+    a folder that comes, changes or goes shows within a second, as rows that are inserted, removed,
+    moved or changed, or as a change of the layout where it would take more than 100 such steps. The
+    model is never reset. categoriesChanged() comes first, then what happens to the rows, then
+    countChanged(), once. All models of a process share one list, one inotify instance and one thread,
+    which reads what has changed. They know the programs that any of them has launched.
 
-    The rows are sorted by name as the user's language sorts, without regard to case. A search orders
-    them by where it finds its text before that: exactly that name; the beginning of the name, the
-    shortest first; the beginning of a word in the name; in generic name (first its beginning) and
-    keywords; in comment and full name (X-GNOME-FullName); in the id; anywhere within the name. Of
-    several words, that which is found in the last of these places counts. */
+    Where Qt runs without GLib's main loop (QT_NO_GLIB) a warning says so once, and Qt's own watcher
+    tells of files that come and go, but not of those that are written in place.
+
+    <b>Slots</b> on any signal may search, launch and delete the model; what they ask for is shown after
+    it. Only signals that tell what is about to come (rowsAboutToBeInserted() and the like) are no place
+    for that.
+
+    | Role | Name | Type | Value |
+    | ---- | ---- | ---- | ----- |
+    | AppIdRole | appId | QString | the desktop file id without ".desktop": "kde-foo" for kde/foo.desktop; it names the application in all methods |
+    | NameRole, Qt::DisplayRole | name | QString | the name in the user's language; never empty |
+    | GenericNameRole | genericName | QString | what it is, such as "Web Browser", in the user's language; may be empty |
+    | CommentRole | comment | QString | a sentence in the user's language; may be empty |
+    | KeywordsRole | keywords | QStringList | words in the user's language |
+    | CategoriesRole | categories | QStringList | all categories in the entry, registered or not |
+    | IconSourceRole | iconSource | QString | URL of the icon for an Image or icon(); that of a generic icon for an application without one |
+    | Qt::DecorationRole | | QIcon | the icon of \a iconSource |
+    | Qt::ToolTipRole | | QString | the comment, or else the generic name; plain text |
+    | TerminalRole | terminal | bool | whether it runs in a terminal |
+    | ActionsRole | actions | QVariantList | maps with "id", for invoke(), "text", in the user's language, and "iconSource", empty for an action without an icon |
+    | RunningRole | running | bool | whether a program of it that was launched in this process runs |
+    | PidRole | pid | qint64 | the process id of the one that was launched last, 0 if none runs |
+    | PathRole | path | QString | the path of the desktop entry |
+
+    Rows can't be edited. */
 class QUORVANE_SHELL_EXPORT Applications : public ListModel
 {
     Q_OBJECT
 
-    /*! What the user has typed: words, in any order, of which each begins a word of name, generic
-        name, keywords, comment or full name or, with three letters or more, a word of the id or
-        stands anywhere in the name. Neither case nor accents matter, and no character is special.
-        Empty at first: all. */
+    /*! What the user has typed; empty at first and for all rows.
+
+        It is words in any order, of which each begins a word of name, generic name, keywords, comment
+        or full name (X-GNOME-FullName) or, with three letters or more, a word of the id or stands
+        anywhere in the name. Neither case nor accents matter, and no character is special: "c++" and
+        "(" are words.
+
+        The rows are ordered by the place where the text is found, so that row 0 is the one to launch:
+        1. exactly that name
+        2. the beginning of the name, the shortest first
+        3. the beginning of a word of the name
+        4. generic name, first its beginning, and keywords
+        5. comment and full name
+        6. id
+        7. anywhere within the name
+
+        Of several words, that which is found in the last of these places counts. What is equal is sorted
+        by name. searchChanged() comes when the rows are the new ones. */
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
 
-    /*! The category that is shown, any that stands in an entry or in \a categories. Empty at first:
-        all. */
+    /*! The category that is shown, any that stands in an entry or in \a categories; empty at first and
+        for all rows. categoryChanged() comes when the rows are the new ones. */
     Q_PROPERTY(QString category READ category WRITE setCategory NOTIFY categoryChanged)
 
-    /*! Those of the main categories of the Desktop Menu Specification that occur, in the order of
-        their names; whatever \a search and \a category are. Audio and Video are in AudioVideo. */
+    /*! The main categories of the Desktop Menu Specification that occur, in the order of their
+        categoryName(), whatever \a search and \a category are. Audio and Video are in AudioVideo. */
     Q_PROPERTY(QStringList categories READ categories NOTIFY categoriesChanged)
 
-    /*! Whether to show what this desktop does not show: NoDisplay, OnlyShowIn, NotShowIn. False at
-        first. */
+    /*! Whether to show also what this desktop does not show, by NoDisplay, OnlyShowIn and NotShowIn;
+        false at first. showAllChanged() comes when the rows are the new ones. */
     Q_PROPERTY(bool showAll READ showAll WRITE setShowAll NOTIFY showAllChanged)
 
 public:
+    /*! The roles; the table above says what they hold. */
     enum Roles {
         AppIdRole = Qt::UserRole + 1,
         NameRole,
@@ -88,27 +115,37 @@ public:
         PidRole,
         PathRole
     };
+    Q_ENUM(Roles)
 
-    /*! Reads the applications, unless another model of the process has done so. */
+    /*! Reads the applications, unless another model of the process has done so; returns when they are
+        there. For the thread of the QCoreApplication, which has to be there before. */
     explicit Applications(QObject *parent = nullptr);
+    /*! What was launched goes on. */
     ~Applications() override;
 
-    QString search() const { return _search; }
+    QString search() const;
     void setSearch(const QString &search);
 
-    QString category() const { return _category; }
+    QString category() const;
     void setCategory(const QString &category);
 
-    QStringList categories() const { return _categories; }
+    QStringList categories() const;
 
-    bool showAll() const { return _showAll; }
+    bool showAll() const;
     void setShowAll(bool showAll);
 
+    /*! The number of rows; 0 below a row. */
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /*! The value of a role, see the table above; invalid for any other. */
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /*! The names in the table above. */
     QHash<int, QByteArray> roleNames() const override;
 
-    /*! The same for an application that may have no row; empty for one that is not installed. */
+    /*! The row of an application; -1 for one that has none now, or is not installed. */
+    Q_INVOKABLE int indexOf(const QString &appId) const;
+
+    /*! All roles of an application by their names, as get() has those of a row, for one that has no row
+        now, too; empty for one that is not installed. */
     Q_INVOKABLE QVariantMap find(const QString &appId) const;
 
     /*! The name under which people know a main category ("Sound & Video" for AudioVideo): in the
@@ -116,86 +153,62 @@ public:
         English. Any other category is its own name. */
     Q_INVOKABLE QString categoryName(const QString &category) const;
 
-    /*! Starts an application, shown or not, with \a urls to open: texts or values of type url. A text
+    /*! Starts an application, shown or not, with \a urls to open: texts or values of type QUrl. A text
         that begins with "/" is a path, whatever characters are in it; any other is a URL with a
-        scheme, or nothing is started.
+        scheme, or nothing is started. They take the places of the field codes; a program that takes
+        one file at a time is started once for each, and one that takes none gets the files last. An
+        application that runs is started once more.
 
-        The program is a child of this process, with its output; it goes on when this process ends. It
-        has its environment, but for what is about this process alone: DESKTOP_STARTUP_ID,
+        The program is a child of this process with the folder that its entry has in Path. It has this
+        process's output, a session of its own, and goes on when this process ends. Its environment is that
+        of this process but for what is about this process alone: DESKTOP_STARTUP_ID,
         XDG_ACTIVATION_TOKEN, QT_WAYLAND_SHELL_INTEGRATION, and QT_QPA_PLATFORM if it names one
-        platform; a list of alternatives such as "wayland;xcb" stays. One with Terminal gets a
-        terminal: xdg-terminal-exec, x-terminal-emulator, or one that is known. One with
-        DBusActivatable is started by the session bus, or by its Exec where no service has its name;
-        it runs as long as the process that owns the name. A program that hands over to another
-        process and ends does no longer count as running. An application that runs is started once
-        more.
+        platform; a list of alternatives such as "wayland;xcb" stays.
 
-        What goes wrong is told by failed(), which may come before this returns. */
+        One with Terminal gets a terminal, the first that is installed of xdg-terminal-exec,
+        x-terminal-emulator, kgx, gnome-terminal, konsole, xfce4-terminal, mate-terminal, foot,
+        alacritty and xterm.
+
+        One with DBusActivatable is started by the session bus, through the interface
+        org.freedesktop.Application, and may take as long as it likes; where no service has its name, by
+        its command line. It runs as soon as the name has an owner, as long as that process does.
+
+        A program that hands over to another process and ends, as terminals do that are one process for
+        all windows, does no longer count as running. What runs belongs to the application id, not to
+        the file: an application that is updated or removed loses nothing.
+
+        The rows tell of it by \a running and \a pid. What goes wrong is told by failed(), which may come
+        before this returns. */
     Q_INVOKABLE void launch(const QString &appId, const QVariantList &urls = {});
 
-    /*! Starts an action of the application, by its id in the role "actions"; otherwise like
-        launch(). */
-    Q_INVOKABLE void launchAction(const QString &appId, const QString &action);
+    /*! Starts an action of the application, by its "id" in the role \a actions; otherwise like
+        launch(). failed() comes for an id that is none of them. */
+    Q_INVOKABLE void invoke(const QString &appId, const QString &actionId);
 
     /*! Like launch(), but in a terminal, where the program's output can be read, and not by the bus.
         The terminal is what runs then. */
     Q_INVOKABLE void launchInTerminal(const QString &appId, const QVariantList &urls = {});
 
     /*! Sends SIGTERM to all programs of the application that were launched in this process. Their
-        end is no failure. */
+        end is no failure. Does nothing where none runs. */
     Q_INVOKABLE void stop(const QString &appId);
 
 Q_SIGNALS:
     void searchChanged();
     void categoryChanged();
+    /*! Comes before the rows change. */
     void categoriesChanged();
     void showAllChanged();
 
-    /*! The application can't be launched, or its program ended with an error within two seconds.
-        The message says why, in the words of GLib or of the bus. */
+    /*! What this model was asked to launch can't be launched, or the program ended with an error
+        within two seconds. The message says why to people who read the language of GLib and of the bus,
+        whose words it is where they have any. */
     void failed(const QString &appId, const QString &message);
 
 private:
-    friend class RowWalk<Applications>;
-    using Wanted = std::vector<ApplicationPointer>;
+    friend class ApplicationsPrivate;
 
-    QVariantMap _values(const Application &application) const;
-    QVariant _value(const Application &application, int role) const;
-    QVector<int> _differences(const Application &one, const Application &other) const;
-
-    void _listChanged();
-    void _updateCategories();
-
-    bool _isInCategory(const Application &application) const;
-    Wanted _wanted() const;
-    bool _show();
-    static ApplicationKey _keyOf(const ApplicationPointer &application)
-    {
-        return { application.data() };
-    }
-    static ApplicationPointer _makeRow(const ApplicationPointer &item) { return item; }
-    void _rowsRemoved(const Wanted &) { }
-    template<typename IsCurrent>
-    void _updateRows(const Wanted &wanted, const IsCurrent &isCurrent);
-
-    void _start(const QString &appId, const QString &action, const QVariantList &urls,
-                bool inTerminal);
-    void _startProgram(const ApplicationPointer &application, const QString &action,
-                       const QByteArrayList &uris, bool inTerminal);
-    void _startByBus(const ApplicationPointer &application, const QString &action,
-                     const QByteArrayList &uris);
-    void _follow(const QString &appId, qint64 pid);
-    void _programsChanged(const QString &appId);
-
-    QString _search;
-    QStringList _words;
-    QString _category;
-    QStringList _categories;
-    bool _showAll = false;
-
-    const QSharedPointer<ApplicationList> _list;
-    std::vector<ApplicationPointer> _rows;
-    RowWalk<Applications> _walk { this, this };
+    const std::unique_ptr<ApplicationsPrivate> _d;
 };
 
 } // namespace quorvane

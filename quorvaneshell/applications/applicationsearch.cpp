@@ -2,11 +2,28 @@
 
 #include <quorvaneshell/search/wordmatch.h>
 
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 namespace quorvane {
 
 namespace {
 
 constexpr int fewestLetters = 3;
+
+// Where a search finds what was typed, the best place first.
+enum Match {
+    ExactName,
+    BeginsName,
+    BeginsWordOfName,
+    BeginsKind,
+    InKind,
+    InAbout,
+    InId,
+    WithinName,
+    NoMatch
+};
 
 Match compareWord(const Application &application, const QString &word)
 {
@@ -27,8 +44,6 @@ Match compareWord(const Application &application, const QString &word)
     return application.foldedName.contains(word) ? WithinName : NoMatch;
 }
 
-} // namespace
-
 Match compare(const Application &application, const QStringList &words)
 {
     if (words.size() == 1)
@@ -41,6 +56,30 @@ Match compare(const Application &application, const QStringList &words)
     for (const QString &word : words)
         worst = qMax(worst, compareWord(application, word));
     return worst;
+}
+
+} // namespace
+
+std::vector<ApplicationPointer> foundApplications(std::vector<ApplicationPointer> applications,
+                                                  const QStringList &words)
+{
+    if (words.isEmpty())
+        return applications;
+    std::array<std::vector<ApplicationPointer>, NoMatch> ranked;
+    for (ApplicationPointer &application : applications) {
+        const Match match = compare(*application, words);
+        if (match != NoMatch)
+            ranked[match].push_back(std::move(application));
+    }
+    // The less of a name is left to be typed, the likelier it is meant.
+    std::stable_sort(ranked[BeginsName].begin(), ranked[BeginsName].end(),
+                     [](const ApplicationPointer &one, const ApplicationPointer &other) {
+                         return one->foldedName.size() < other->foldedName.size();
+                     });
+    applications.clear();
+    for (auto &some : ranked)
+        std::move(some.begin(), some.end(), std::back_inserter(applications));
+    return applications;
 }
 
 } // namespace quorvane

@@ -2,23 +2,17 @@
 
 #include "application_p.h"
 
+#include <vector>
+
 namespace quorvane {
 
-// Where a search finds what was typed, the best place first.
-enum Match {
-    ExactName,
-    BeginsName,
-    BeginsWordOfName,
-    BeginsKind,
-    InKind,  // Generic name and keywords.
-    InAbout, // Comment and full name.
-    InId,
-    WithinName,
-    NoMatch
-};
-
-// The place for folded words, each of which has to be found; that of the word found last counts. Id
-// and the inside of the name count from three letters on.
-Match compare(const Application &application, const QStringList &words);
+// Those of the applications in which all of these folded words are found, the best first. That goes
+// by the place where a word is found:
+// exactly that name; the beginning of the name, the shortest first; the beginning of a word in the
+// name; in generic name (first its beginning) and keywords; in comment and full name; in the id;
+// anywhere within the name. The last two count from three letters on. Of several words that which is
+// found in the last of these places counts. What is equal stays in order; without words all is.
+std::vector<ApplicationPointer> foundApplications(std::vector<ApplicationPointer> applications,
+                                                  const QStringList &words);
 
 } // namespace quorvane

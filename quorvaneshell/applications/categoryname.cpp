@@ -1,12 +1,9 @@
 #include "categoryname_p.h"
 
-#include "application_p.h"
+#include "applicationfolders_p.h"
+#include "desktopfile_p.h"
 
-#include <quorvaneshell/pictures/regularfile_p.h>
 #include <quorvaneshell/search/usercollator_p.h>
-
-#include <QByteArrayList>
-#include <QFile>
 
 #include <algorithm>
 #include <glib.h>
@@ -39,23 +36,15 @@ constexpr Category categories[] = {
     { "Utility", "Accessories", "Utility" },
 };
 
-// The file in the user's data directory comes before the others, if it has a name.
+// The file in the user's data directory comes before the others.
 QString nameInFile(const char *directory)
 {
-    QByteArrayList roots { g_get_user_data_dir() };
-    for (auto *root = g_get_system_data_dirs(); *root; ++root)
-        roots += *root;
-    for (const QByteArray &root : std::as_const(roots)) {
-        const QByteArray path = root + "/desktop-directories/" + directory + ".directory";
-        const QByteArray data = readRegularFile(QFile::decodeName(path), largestEntry);
-        g_autoptr(GKeyFile) file = g_key_file_new();
-        if (data.isEmpty()
-            || !g_key_file_load_from_data(file, data.constData(), size_t(data.size()),
-                                          G_KEY_FILE_NONE, nullptr))
-            continue;
-        g_autofree gchar *name = g_key_file_get_locale_string(
-                file, G_KEY_FILE_DESKTOP_GROUP, G_KEY_FILE_DESKTOP_KEY_NAME, nullptr, nullptr);
-        return QString::fromUtf8(name);
+    const QString name = QLatin1Char('/') + QLatin1String(directory) + QLatin1String(".directory");
+    const QStringList folders = dataFolders(QStringLiteral("desktop-directories"));
+    for (const QString &folder : folders) {
+        const DesktopFile file(folder + name);
+        if (file.isValid())
+            return file.localText(G_KEY_FILE_DESKTOP_KEY_NAME);
     }
     return {};
 }

@@ -1,25 +1,18 @@
 #include "commandlines_p.h"
 
 #include "launchuri_p.h"
-
-#include <glib.h>
+#include "shellwords_p.h"
 
 namespace quorvane {
 
 namespace {
-
-QByteArray quoted(const QByteArray &text)
-{
-    g_autofree gchar *quoted = g_shell_quote(text.constData());
-    return quoted;
-}
 
 QByteArray fileText(char code, const QByteArray &uri, const FieldTexts &texts)
 {
     const QByteArray path = launchPath(uri);
     const bool takesUri = code == 'u' || code == 'U';
     const QByteArray text = takesUri && (texts.keepsUris || path.isEmpty()) ? uri : path;
-    return text.isEmpty() ? text : quoted(text);
+    return text.isEmpty() ? text : shellQuoted(text);
 }
 
 // Takes the files that it uses away.
@@ -38,11 +31,11 @@ QByteArray fieldText(char code, QByteArrayList *uris, const FieldTexts &texts)
         return all.join(' ');
     }
     case 'i':
-        return texts.icon.isEmpty() ? QByteArray() : "--icon " + quoted(texts.icon);
+        return texts.icon.isEmpty() ? QByteArray() : "--icon " + shellQuoted(texts.icon);
     case 'c':
-        return quoted(texts.name);
+        return shellQuoted(texts.name);
     case 'k':
-        return quoted(texts.path);
+        return shellQuoted(texts.path);
     case '%':
         return "%";
     default:
@@ -52,7 +45,7 @@ QByteArray fieldText(char code, QByteArrayList *uris, const FieldTexts &texts)
 
 QByteArray expanded(const QByteArray &exec, QByteArrayList *uris, const FieldTexts &texts)
 {
-    const int before = uris->size();
+    const int before = int(uris->size());
     QByteArray line;
     for (int i = 0; i < exec.size(); ++i) {
         if (exec.at(i) != '%')
@@ -74,13 +67,9 @@ QVector<QByteArrayList> commandLines(const QByteArray &exec, QByteArrayList uris
     if (exec.trimmed().isEmpty())
         return lines;
     do {
-        g_auto(GStrv) arguments = nullptr;
-        if (!g_shell_parse_argv(expanded(exec, &uris, texts).constData(), nullptr, &arguments,
-                                nullptr))
+        const QByteArrayList line = shellWords(expanded(exec, &uris, texts));
+        if (line.isEmpty())
             return {};
-        QByteArrayList line;
-        for (auto *argument = arguments; *argument; ++argument)
-            line += *argument;
         lines += line;
     } while (!uris.isEmpty());
     return lines;

@@ -1,25 +1,20 @@
 #include "launch_p.h"
 
 #include "commandlines_p.h"
+#include "desktopfile_p.h"
+#include "shellwords_p.h"
 
-#include <quorvaneshell/pictures/regularfile_p.h>
-
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QFile>
-#include <QFileInfo>
 
 #include <csignal>
 #include <cstdlib>
 #include <glib.h>
-#include <limits>
 #include <unistd.h>
+#include <vector>
 
 namespace quorvane {
 
 namespace {
-
-constexpr const char *mainGroup = G_KEY_FILE_DESKTOP_GROUP;
 
 // What these say is about the shell itself: how it draws, and the click by which it was started.
 constexpr const char *ownVariables[] = {
@@ -37,22 +32,10 @@ QByteArrayList terminal()
                                  "gnome-terminal --", "konsole -e", "xfce4-terminal -x",
                                  "mate-terminal -x", "foot", "alacritty -e", "xterm -e" }) {
         const QByteArrayList arguments = QByteArray(command).split(' ');
-        g_autofree gchar *path = g_find_program_in_path(arguments.first().constData());
-        if (path)
+        if (isInstalled(arguments.first()))
             return arguments;
     }
     return {};
-}
-
-QByteArray text(GKeyFile *file, const QByteArray &group, const char *key)
-{
-    g_autofree gchar *text = g_key_file_get_string(file, group.constData(), key, nullptr);
-    return text;
-}
-
-bool flag(GKeyFile *file, const char *key)
-{
-    return g_key_file_get_boolean(file, mainGroup, key, nullptr);
 }
 
 // Of an instance of GIO's own the shared connection to the bus would come with each launch: opening
@@ -64,23 +47,18 @@ struct Command
     bool inTerminal = false;
 };
 
-Command readCommand(const Application &application, const QString &action,
-                    const QByteArrayList &uris)
+Command readCommand(const LaunchRequest &request)
 {
-    const QByteArray data = readRegularFile(application.path, largestEntry);
-    g_autoptr(GKeyFile) file = g_key_file_new();
-    if (data.isEmpty()
-        || !g_key_file_load_from_data(file, data.constData(), size_t(data.size()), G_KEY_FILE_NONE,
-                                      nullptr))
+    const Application &application = *request.application;
+    const DesktopFile file(application.path);
+    if (!file.isValid())
         return {};
-    const QByteArray group
-            = action.isEmpty() ? QByteArray(mainGroup) : "Desktop Action " + action.toUtf8();
-    const FieldTexts texts { text(file, mainGroup, G_KEY_FILE_DESKTOP_KEY_ICON),
-                             application.name.toUtf8(), QFile::encodeName(application.path),
-                             flag(file, "X-GIO-NoFuse") };
-    return { commandLines(text(file, group, G_KEY_FILE_DESKTOP_KEY_EXEC), uris, texts),
-             text(file, mainGroup, G_KEY_FILE_DESKTOP_KEY_PATH),
-             flag(file, G_KEY_FILE_DESKTOP_KEY_TERMINAL) };
+    const QByteArray exec
+            = file.text(G_KEY_FILE_DESKTOP_KEY_EXEC, DesktopFile::actionGroup(request.action));
+    const FieldTexts texts { file.text(G_KEY_FILE_DESKTOP_KEY_ICON), application.name.toUtf8(),
+                             QFile::encodeName(application.path), file.flag("X-GIO-NoFuse") };
+    return { commandLines(exec, request.uris, texts), file.text(G_KEY_FILE_DESKTOP_KEY_PATH),
+             file.flag(G_KEY_FILE_DESKTOP_KEY_TERMINAL) };
 }
 
 // A platform of Qt that stands alone is the shell's own choice: others may not have it, or have no
@@ -150,15 +128,15 @@ qint64 spawn(const QByteArrayList &line, const QByteArray &folder, gchar **envir
 
 } // namespace
 
-Launch launch(const Application &application, const QString &action, const QByteArrayList &uris,
-              bool inTerminal)
+Launch launchProgram(const LaunchRequest &request)
 {
-    const Command command = readCommand(application, action, uris);
+    const Command command = readCommand(request);
+    const Application &application = *request.application;
     Launch result;
     if (command.lines.isEmpty())
         result.error = QStringLiteral("%1 has no program to launch").arg(application.path);
     QByteArrayList before;
-    if (command.inTerminal || inTerminal) {
+    if (command.inTerminal || request.inTerminal) {
         before = terminal();
         if (before.isEmpty())
             result.error = QStringLiteral("There is no terminal for %1").arg(application.name);
@@ -171,39 +149,6 @@ Launch launch(const Application &application, const QString &action, const QByte
             result.pids += pid;
     }
     return result;
-}
-
-bool isActivatedByBus(const Application &application)
-{
-    return application.busActivatable && QDBusConnection::sessionBus().isConnected();
-}
-
-QString busName(const Application &application)
-{
-    return QFileInfo(application.path).completeBaseName();
-}
-
-QDBusPendingCall activate(const Application &application, const QString &action,
-                          const QByteArrayList &uris)
-{
-    constexpr int noTimeout = std::numeric_limits<int>::max();
-    const QString name = busName(application);
-    QString path = QLatin1Char('/') + name;
-    path.replace(QLatin1Char('.'), QLatin1Char('/')).replace(QLatin1Char('-'), QLatin1Char('_'));
-    const auto call = [&](const QString &method, const QVariantList &arguments) {
-        auto message = QDBusMessage::createMethodCall(
-                name, path, QStringLiteral("org.freedesktop.Application"), method);
-        message.setArguments(arguments + QVariantList { QVariantMap() });
-        return QDBusConnection::sessionBus().asyncCall(message, noTimeout);
-    };
-    if (!action.isEmpty())
-        return call(QStringLiteral("ActivateAction"), { action, QVariantList() });
-    if (uris.isEmpty())
-        return call(QStringLiteral("Activate"), {});
-    QStringList texts;
-    for (const QByteArray &uri : uris)
-        texts += QString::fromLatin1(uri);
-    return call(QStringLiteral("Open"), { texts });
 }
 
 } // namespace quorvane

@@ -1,6 +1,7 @@
 #include "notification_p.h"
 
 #include "notificationimage_p.h"
+#include "notificationpost_p.h"
 #include "styledbody_p.h"
 
 #include <quorvaneshell/applications/applicationlist_p.h>
@@ -9,67 +10,22 @@
 
 #include <QUrl>
 
+#include <algorithm>
+
 namespace quorvane {
 
 namespace {
 
-constexpr int longestText = 1024;
-constexpr int longestBody = 16 * 1024;
-constexpr int longestAction = 100;
-constexpr int mostActions = 32;
-constexpr int longestKeys = mostActions * longestAction;
-
-QString shortened(const QString &text, int length = longestText)
+int urgencyOf(const NotificationHints &hints)
 {
-    if (text.size() <= length)
-        return text;
-    return text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length);
-}
-
-// Hints are what the sender put there, of whatever type: one of a wrong type counts as missing.
-QString text(const QVariantMap &hints, const QString &key)
-{
-    const QVariant hint = hints.value(key);
-    return hint.userType() == QMetaType::QString ? shortened(hint.toString()) : QString();
-}
-
-double number(const QVariantMap &hints, const QString &key, double otherwise)
-{
-    const QVariant hint = hints.value(key);
-    switch (hint.userType()) {
-    case QMetaType::Bool:
-    case QMetaType::UChar:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Double:
-        return hint.toDouble();
-    default:
-        return otherwise;
-    }
-}
-
-int urgencyOf(const QVariantMap &hints)
-{
-    const double urgency = number(hints, QStringLiteral("urgency"), 1);
+    const double urgency = hints.number(QStringLiteral("urgency"), 1);
     return urgency >= 0 && urgency <= 2 ? int(urgency) : 1;
 }
 
-int progressOf(const QVariantMap &hints)
+int progressOf(const NotificationHints &hints)
 {
-    const double value = number(hints, QStringLiteral("value"), -1);
+    const double value = hints.number(QStringLiteral("value"), -1);
     return value >= 0 ? int(qMin(value, 100.0)) : -1;
-}
-
-QStringList texts(const QVariantMap &hints, const QStringList &keys)
-{
-    QStringList texts;
-    for (const QString &key : keys)
-        texts += text(hints, key);
-    return texts;
 }
 
 // What stands for a file of this machine; empty for the name of an icon.
@@ -80,14 +36,26 @@ QString localFile(const QString &icon)
     return path.startsWith(QLatin1Char('/')) ? path : QString();
 }
 
-QImage firstImage(const QVariantMap &hints, const QStringList &keys)
+// The standard's order, in which the oldest hint comes after the icons.
+QImage pictureOf(const NotificationHints &hints, bool hasIcons)
 {
-    for (const QString &key : keys) {
-        const QImage image = notificationImage(hints.value(key).value<QImage>());
+    QStringList names { QStringLiteral("image-data"), QStringLiteral("image_data") };
+    if (!hasIcons)
+        names += QStringLiteral("icon_data");
+    for (const QString &name : std::as_const(names)) {
+        const QImage image = notificationImage(hints.image(name));
         if (!image.isNull())
             return image;
     }
     return {};
+}
+
+QStringList iconsOf(const NotificationPost &post)
+{
+    QStringList icons { post.hints.text(QStringLiteral("image-path")),
+                        post.hints.text(QStringLiteral("image_path")), post.appIcon };
+    icons.removeAll(QString());
+    return icons;
 }
 
 std::shared_ptr<const QString> stored(const QImage &image)
@@ -103,40 +71,15 @@ std::shared_ptr<const QString> stored(const QImage &image)
 // Ids of desktop entries are sent with and without their ending.
 const QLatin1String desktopSuffix(".desktop");
 
-QString desktopEntryOf(const QVariantMap &hints)
+QString desktopEntryOf(const NotificationHints &hints)
 {
-    QString id = text(hints, QStringLiteral("desktop-entry"));
+    QString id = hints.text(QStringLiteral("desktop-entry"));
     if (id.endsWith(desktopSuffix))
         id.chop(desktopSuffix.size());
     return id;
 }
 
 } // namespace
-
-void NotificationPost::shorten()
-{
-    for (QString *text : { &appName, &appIcon, &summary })
-        *text = withoutPiledMarks(shortened(*text));
-    body = withoutPiledMarks(shortened(body, longestBody));
-
-    // A key is sent back as it came, or not at all.
-    QStringList kept;
-    int keys = 0;
-    for (int i = 0; i + 1 < qMin(actions.size(), 2 * mostActions); i += 2) {
-        keys += actions.at(i).size();
-        if (keys > longestKeys)
-            break;
-        kept << actions.at(i) << withoutPiledMarks(shortened(actions.at(i + 1), longestAction));
-    }
-    actions = kept;
-}
-
-QString NotificationPost::stackTag() const
-{
-    const QStringList tags = texts(hints, { QStringLiteral("x-canonical-private-synchronous"),
-                                            QStringLiteral("x-dunst-stack-tag") });
-    return tags.first().isEmpty() ? tags.last() : tags.first();
-}
 
 Notification::Notification(const NotificationPost &post)
     : id(post.id)
@@ -147,23 +90,17 @@ Notification::Notification(const NotificationPost &post)
     , summary(post.summary)
     , body(post.body)
     , actions(post.actions)
-    , category(text(post.hints, QStringLiteral("category")))
+    , hasActionIcons(post.hints.flag(QStringLiteral("action-icons")))
+    , category(post.hints.text(QStringLiteral("category")))
     , desktopEntry(desktopEntryOf(post.hints))
     , urgency(urgencyOf(post.hints))
     , progress(progressOf(post.hints))
-    , isTransient(number(post.hints, QStringLiteral("transient"), 0) != 0)
-    , resident(number(post.hints, QStringLiteral("resident"), 0) != 0)
+    , isTransient(post.hints.flag(QStringLiteral("transient")))
+    , resident(post.hints.flag(QStringLiteral("resident")))
     , time(QDateTime::currentDateTime())
-    , _icons(texts(post.hints, { QStringLiteral("image-path"), QStringLiteral("image_path") }))
+    , _icons(iconsOf(post))
 {
-    _icons += post.appIcon;
-    _icons.removeAll(QString());
-    // The standard's order, in which the oldest hint comes after the icons.
-    QImage image = firstImage(post.hints,
-                              { QStringLiteral("image-data"), QStringLiteral("image_data") });
-    if (image.isNull() && _icons.isEmpty())
-        image = firstImage(post.hints, { QStringLiteral("icon_data") });
-    _show(image);
+    _show(pictureOf(post.hints, !_icons.isEmpty()));
 }
 
 QString Notification::iconSource() const
@@ -182,6 +119,34 @@ QString Notification::styledBody() const
     if (_styledBody.isEmpty())
         _styledBody = quorvane::styledBody(body);
     return _styledBody;
+}
+
+QVariantList Notification::buttons() const
+{
+    QVariantList buttons;
+    for (int i = 0; i + 1 < actions.size(); i += 2) {
+        const QString &key = actions.at(i);
+        const QString &text = actions.at(i + 1);
+        // The text of an answer would be lost.
+        if (text.isEmpty() || key == QLatin1String("default")
+            || key == QLatin1String("inline-reply"))
+            continue;
+        const bool hasIcon = hasActionIcons && localFile(key).isEmpty();
+        buttons += QVariantMap { { QStringLiteral("id"), key },
+                                 { QStringLiteral("text"), text },
+                                 { QStringLiteral("iconSource"),
+                                   hasIcon ? quorvane::iconSource(key) : QString() } };
+    }
+    return buttons;
+}
+
+bool Notification::offers(const QString &action) const
+{
+    for (int i = 0; i + 1 < actions.size(); i += 2) {
+        if (actions.at(i) == action)
+            return true;
+    }
+    return false;
 }
 
 QString Notification::pictureFile() const
@@ -206,30 +171,6 @@ void Notification::_show(const QImage &image)
 {
     _picture = stored(image);
     _pictureSize = image.sizeInBytes();
-}
-
-QVariantList Notification::buttons() const
-{
-    QVariantList buttons;
-    for (int i = 0; i + 1 < actions.size(); i += 2) {
-        // The text of an answer would be lost.
-        const bool isButton = actions.at(i) != QLatin1String("default")
-                              && actions.at(i) != QLatin1String("inline-reply");
-        if (isButton && !actions.at(i + 1).isEmpty()) {
-            buttons += QVariantMap { { QStringLiteral("key"), actions.at(i) },
-                                     { QStringLiteral("text"), actions.at(i + 1) } };
-        }
-    }
-    return buttons;
-}
-
-bool Notification::offers(const QString &key) const
-{
-    for (int i = 0; i + 1 < actions.size(); i += 2) {
-        if (actions.at(i) == key)
-            return true;
-    }
-    return false;
 }
 
 } // namespace quorvane

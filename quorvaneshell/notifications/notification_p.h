@@ -4,31 +4,14 @@
 #include <QDeadlineTimer>
 #include <QImage>
 #include <QStringList>
-#include <QVariantMap>
+#include <QVariantList>
 
 #include <memory>
+#include <vector>
 
 namespace quorvane {
 
-// A call of Notify, and the id that it is answered with.
-struct NotificationPost
-{
-    QString appName;
-    uint replacesId = 0;
-    QString appIcon;
-    QString summary;
-    QString body;
-    QStringList actions; // Keys and texts alternating.
-    QVariantMap hints;
-    int timeout = -1;
-    uint id = 0;
-    QString sender; // Unique name on the bus; empty for a post of this process.
-
-    // Cuts what is longer than any shell shows, so that nobody fills the memory.
-    void shorten();
-    // What a program calls the one notification that it shows anew each time; mostly empty.
-    QString stackTag() const;
-};
+struct NotificationPost;
 
 // One pending notification: what its post says, read and made safe once.
 struct Notification
@@ -38,16 +21,17 @@ struct Notification
     // The picture that came with it, else an icon, else that of the desktop entry. A URL, or empty.
     QString iconSource() const;
     QString styledBody() const;
+    // {id, text, iconSource} of the actions that make buttons.
+    QVariantList buttons() const;
+    bool offers(const QString &action) const;
+    bool isCritical() const { return urgency == 2; }
+
     // The picture's file that is still to be read, by setPicture(); empty without one.
     QString pictureFile() const;
     // What was read of pictureFile(); null if it is no picture.
     void setPicture(const QImage &image);
     void dropPicture();
     qint64 pictureSize() const { return _pictureSize; }
-    // {key, text} of those that make buttons.
-    QVariantList buttons() const;
-    bool offers(const QString &key) const;
-    bool isCritical() const { return urgency == 2; }
 
     uint id;
     uint replacesId; // As the sender said; may be a number of its own invention.
@@ -56,10 +40,11 @@ struct Notification
     QString appName;
     QString summary;
     QString body;
-    QStringList actions;
+    QStringList actions; // Keys and texts alternating.
+    bool hasActionIcons; // The keys are names of icons.
     QString category;
     QString desktopEntry;
-    int urgency;  // 0 low, 1 normal, 2 critical.
+    int urgency;  // The protocol's number: 0 to 2.
     int progress; // 0 to 100, -1 for none.
     bool isTransient;
     bool resident;
@@ -74,5 +59,9 @@ private:
     qint64 _pictureSize = 0;                 // In bytes.
     mutable QString _styledBody;             // Once it has been asked for.
 };
+
+// Newest first. One that was changed is another pointer of the same id in the same place.
+using NotificationRow = std::shared_ptr<const Notification>;
+using NotificationRows = std::vector<NotificationRow>;
 
 } // namespace quorvane

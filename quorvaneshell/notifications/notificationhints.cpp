@@ -1,6 +1,10 @@
 #include "notificationhints_p.h"
 
 #include "notificationimage_p.h"
+#include "styledbody_p.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace quorvane {
 
@@ -17,11 +21,17 @@ bool isPicture(const QString &name)
 
 bool isKnown(const QString &name)
 {
-    static const char *const names[] = { "category",          "desktop-entry",
-                                         "image-path",        "image_path",
-                                         "resident",          "transient",
-                                         "urgency",           "value",
-                                         "x-dunst-stack-tag", "x-canonical-private-synchronous" };
+    static const char *const names[] = { "action-icons",
+                                         "category",
+                                         "desktop-entry",
+                                         "image-path",
+                                         "image_path",
+                                         "resident",
+                                         "transient",
+                                         "urgency",
+                                         "value",
+                                         "x-dunst-stack-tag",
+                                         "x-canonical-private-synchronous" };
     return isPicture(name)
            || std::any_of(std::begin(names), std::end(names),
                           [&name](const char *known) { return name == QLatin1String(known); });
@@ -38,11 +48,41 @@ QVariant readValue(const QDBusArgument &argument, const QString &name)
         return {};
     const QVariant value = argument.asVariant();
     if (value.userType() == QMetaType::QString)
-        return value.toString().left(longestText);
+        return shortened(value.toString(), longestText);
     return value;
 }
 
 } // namespace
+
+QString NotificationHints::text(const QString &name) const
+{
+    const QVariant hint = values.value(name);
+    return hint.userType() == QMetaType::QString ? hint.toString() : QString();
+}
+
+double NotificationHints::number(const QString &name, double otherwise) const
+{
+    const QVariant hint = values.value(name);
+    switch (hint.userType()) {
+    case QMetaType::Bool:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+        return hint.toDouble();
+    default:
+        return otherwise;
+    }
+}
+
+QImage NotificationHints::image(const QString &name) const
+{
+    return values.value(name).value<QImage>();
+}
 
 QDBusArgument &operator<<(QDBusArgument &argument, const NotificationHints &hints)
 {

@@ -1,11 +1,5 @@
 #include "notificationlist_p.h"
 
-#include "notifications.h"
-#include "notificationservice_p.h"
-#include "pendingnotifications_p.h"
-
-#include <quorvaneshell/bus/busreader_p.h>
-#include <quorvaneshell/bus/busservice_p.h>
 #include <quorvaneshell/pictures/picturereader_p.h>
 
 #include <QCoreApplication>
@@ -28,16 +22,9 @@ const NotificationPost &value(const NotificationPost &post)
     return post;
 }
 
-const Notification &value(const NotificationList::Row &row)
+const Notification &value(const NotificationRow &row)
 {
     return *row;
-}
-
-template<typename Pending>
-auto findId(Pending &pending, uint id)
-{
-    return std::find_if(pending.begin(), pending.end(),
-                        [id](const auto &one) { return value(one).id == id; });
 }
 
 QString tagOf(const NotificationPost &post)
@@ -45,9 +32,16 @@ QString tagOf(const NotificationPost &post)
     return post.stackTag();
 }
 
-QString tagOf(const NotificationList::Row &row)
+QString tagOf(const NotificationRow &row)
 {
     return row->stackTag;
+}
+
+template<typename Pending>
+auto findId(Pending &pending, uint id)
+{
+    return std::find_if(pending.begin(), pending.end(),
+                        [id](const auto &one) { return value(one).id == id; });
 }
 
 // The id of what a post replaces, 0 for none. The number in a post is an id, or else one that a
@@ -75,78 +69,33 @@ uint ownId(const Pending &pending, const QString &sender, uint number)
     return found == pending.end() ? 0 : value(*found).id;
 }
 
-} // namespace
-
-QSharedPointer<NotificationList> NotificationList::shared()
+std::shared_ptr<const Notification> readPost(const NotificationPost &post)
 {
-    static QWeakPointer<NotificationList> made;
-    QSharedPointer<NotificationList> list = made.toStrongRef();
-    if (!list) {
-        list.reset(new NotificationList);
-        made = list;
-    }
-    return list;
+    auto notification = std::make_shared<Notification>(post);
+    if (post.timeout > 0 && !notification->isCritical())
+        notification->deadline = QDeadlineTimer(post.timeout, Qt::PreciseTimer);
+    return notification;
 }
+
+} // namespace
 
 // Ids begin anywhere, so that a number which a program kept from an earlier service, or thought of
 // itself, is nobody else's.
 NotificationList::NotificationList()
     : _lastId(QRandomGenerator::global()->bounded(1U << 30))
-    , _capabilities({ QStringLiteral("actions"), QStringLiteral("body"),
-                      QStringLiteral("body-hyperlinks"), QStringLiteral("body-markup"),
-                      QStringLiteral("icon-static"), QStringLiteral("persistence") })
 {
     _timer.setSingleShot(true);
     _timer.setTimerType(Qt::PreciseTimer);
     connect(&_timer, &QTimer::timeout, this, &NotificationList::_expire);
-
-    keepReadingSessionBus();
-    auto *server = new QObject(this);
-    _service = new NotificationService(this, server);
-    _bus = new BusService(NotificationService::name(), server, this);
-    connect(_bus, &BusService::changed, this, &NotificationList::registrationChanged);
-    new BusService(QStringLiteral("com.zovar.NotificationManager"), new PendingNotifications(this),
-                   this);
 }
 
 NotificationList::~NotificationList() = default;
 
-bool NotificationList::isRegistered() const
-{
-    return _bus->isRegistered();
-}
-
-QVariantMap NotificationList::owner() const
-{
-    return _bus->owner();
-}
-
-void NotificationList::setDefaultTimeout(int milliseconds)
-{
-    if (milliseconds == _defaultTimeout)
-        return;
-    _defaultTimeout = milliseconds;
-    Q_EMIT defaultTimeoutChanged();
-}
-
 void NotificationList::setLimit(int limit)
 {
-    limit = qMax(1, limit);
-    if (limit == _limit)
-        return;
-    const auto self = sharedFromThis();
     _limit = limit;
     _show();
     _tell();
-    Q_EMIT limitChanged();
-}
-
-void NotificationList::setCapabilities(const QStringList &capabilities)
-{
-    if (capabilities == _capabilities)
-        return;
-    _capabilities = capabilities;
-    Q_EMIT capabilitiesChanged();
 }
 
 uint NotificationList::post(NotificationPost post)
@@ -169,7 +118,7 @@ uint NotificationList::post(NotificationPost post)
     }
     _waiting.push_back(std::move(post));
     if (int(_waiting.size()) > _limit)
-        close(_waiting.front().id, Notifications::Undefined);
+        close(_waiting.front().id, Undefined);
     return id;
 }
 
@@ -181,7 +130,7 @@ void NotificationList::close(uint id, uint reason)
         const QString sender = waiting->sender;
         _waiting.erase(waiting);
         if (row < 0)
-            _service->tellClosed(sender, id, reason);
+            Q_EMIT ended(sender, id, reason);
     }
     if (row >= 0)
         _remove(row, row, reason);
@@ -196,17 +145,18 @@ void NotificationList::closeFor(const QString &sender, uint number)
         if (id == 0)
             id = ownId(_rows, sender, number);
     }
-    close(id, Notifications::Closed);
+    close(id, Closed);
 }
 
-void NotificationList::invoke(uint id, const QString &key)
+void NotificationList::invoke(uint id, const QString &action)
 {
     _show();
     const int row = _rowOf(id);
-    if (row >= 0 && _rows.at(row)->offers(key)) {
-        _service->tellInvoked(_rows.at(row)->sender, id, key);
-        if (!_rows.at(row)->resident)
-            _remove(row, row, Notifications::Dismissed);
+    const NotificationRow notification = row < 0 ? nullptr : _rows.at(size_t(row));
+    if (notification && notification->offers(action)) {
+        Q_EMIT invoked(notification->sender, id, action);
+        if (!notification->resident)
+            _remove(row, row, Dismissed);
     }
     _tell();
 }
@@ -214,7 +164,7 @@ void NotificationList::invoke(uint id, const QString &key)
 void NotificationList::clear()
 {
     _show();
-    _remove(0, _rows.size() - 1, Notifications::Dismissed);
+    _remove(0, int(_rows.size()) - 1, Dismissed);
     _tell();
 }
 
@@ -222,7 +172,7 @@ QList<uint> NotificationList::pending()
 {
     _show();
     QList<uint> ids;
-    for (const Row &notification : std::as_const(_rows))
+    for (const NotificationRow &notification : _rows)
         ids += notification->id;
     std::sort(ids.begin(), ids.end());
     _tell();
@@ -233,7 +183,7 @@ QStringList NotificationList::actionsOf(uint id)
 {
     _show();
     const int row = _rowOf(id);
-    const QStringList actions = row < 0 ? QStringList() : _rows.at(row)->actions;
+    const QStringList actions = row < 0 ? QStringList() : _rows.at(size_t(row))->actions;
     _tell();
     return actions;
 }
@@ -259,34 +209,24 @@ int NotificationList::_rowOf(uint id) const
     return found == _rows.end() ? -1 : int(found - _rows.begin());
 }
 
-NotificationList::Row NotificationList::_read(const NotificationPost &post) const
-{
-    auto notification = std::make_shared<Notification>(post);
-    const int timeout = post.timeout < 0 ? _defaultTimeout : post.timeout;
-    if (timeout > 0 && !notification->isCritical())
-        notification->deadline = QDeadlineTimer(timeout, Qt::PreciseTimer);
-    return notification;
-}
-
 // Puts what waits into the list: what is new in front, what replaces in its place.
 void NotificationList::_show()
 {
-    QVector<Row> fresh;
+    NotificationRows fresh;
     std::deque<Event> replacements;
     for (const NotificationPost &post : std::exchange(_waiting, {})) {
         const int row = _rowOf(post.id);
         if (row < 0) {
-            fresh.append(_read(post));
+            fresh.push_back(readPost(post));
             _events.push_back({ &NotificationList::posted, post.id });
         } else {
-            _rows[row] = _read(post);
+            _rows[size_t(row)] = readPost(post);
             replacements.push_back({ &NotificationList::replaced, post.id });
         }
     }
     _events.insert(_events.end(), replacements.begin(), replacements.end());
-    _changed = _changed || !fresh.isEmpty() || !replacements.empty();
-    std::reverse(fresh.begin(), fresh.end());
-    _rows = fresh + _rows;
+    _changed = _changed || !fresh.empty() || !replacements.empty();
+    _rows.insert(_rows.begin(), fresh.rbegin(), fresh.rend());
     _closeSurplus();
     if (!_changed)
         return;
@@ -298,26 +238,26 @@ void NotificationList::_show()
 void NotificationList::_remove(int first, int last, uint reason)
 {
     for (int row = first; row <= last; ++row) {
-        const Notification &notification = *_rows.at(row);
+        const Notification &notification = *_rows.at(size_t(row));
         _events.push_back({ nullptr, notification.id, reason });
-        _service->tellClosed(notification.sender, notification.id, reason);
+        Q_EMIT ended(notification.sender, notification.id, reason);
     }
     if (first > last)
         return;
-    _rows.remove(first, last - first + 1);
+    _rows.erase(_rows.begin() + first, _rows.begin() + last + 1);
     _changed = true;
 }
 
 void NotificationList::_closeSurplus()
 {
-    _remove(_limit, _rows.size() - 1, Notifications::Undefined);
+    _remove(_limit, int(_rows.size()) - 1, Undefined);
 }
 
 // Of all pictures those stay that are newest.
 void NotificationList::_dropPictures()
 {
     qint64 size = 0;
-    for (Row &row : _rows) {
+    for (NotificationRow &row : _rows) {
         size += row->pictureSize();
         if (row->pictureSize() == 0 || size <= mostPictures)
             continue;
@@ -329,13 +269,13 @@ void NotificationList::_dropPictures()
 
 void NotificationList::_tell()
 {
-    const auto self = sharedFromThis(); // Whoever listens may let go of the last object.
+    const QPointer<NotificationList> alive(this);
     const bool nested = std::exchange(_telling, true);
     if (std::exchange(_changed, false))
         Q_EMIT rowsChanged();
     if (nested)
         return;
-    while (!_events.empty()) {
+    while (alive && !_events.empty()) {
         const Event event = _events.front();
         _events.pop_front();
         if (event.signal)
@@ -343,15 +283,16 @@ void NotificationList::_tell()
         else
             Q_EMIT closed(event.id, event.reason);
     }
-    _telling = false;
+    if (alive)
+        _telling = false;
 }
 
 void NotificationList::_expire()
 {
     _show(); // What waits may bring another time-out.
-    for (int row = _rows.size() - 1; row >= 0; --row) {
-        if (_rows.at(row)->deadline.hasExpired())
-            _remove(row, row, Notifications::Expired);
+    for (int row = int(_rows.size()) - 1; row >= 0; --row) {
+        if (_rows.at(size_t(row))->deadline.hasExpired())
+            _remove(row, row, Expired);
     }
     _startTimer();
     _tell();
@@ -361,7 +302,7 @@ void NotificationList::_expire()
 void NotificationList::_startTimer()
 {
     QDeadlineTimer next = QDeadlineTimer::Forever;
-    for (const Row &notification : std::as_const(_rows))
+    for (const NotificationRow &notification : _rows)
         next = qMin(next, notification->deadline);
     if (next.isForever())
         _timer.stop();
@@ -373,9 +314,10 @@ void NotificationList::_startTimer()
 // were closed or replaced are no longer asked for.
 void NotificationList::_readPicture()
 {
-    const auto found = std::find_if(_rows.cbegin(), _rows.cend(), [](const Row &notification) {
-        return !notification->pictureFile().isEmpty();
-    });
+    const auto found
+            = std::find_if(_rows.cbegin(), _rows.cend(), [](const NotificationRow &notification) {
+                  return !notification->pictureFile().isEmpty();
+              });
     if (_reading || found == _rows.cend())
         return;
     _reading = true;
@@ -394,14 +336,14 @@ void NotificationList::_readPicture()
     QThreadPool::globalInstance()->start(reader);
 }
 
-void NotificationList::_setPicture(const Row &notification, const QImage &image)
+void NotificationList::_setPicture(const NotificationRow &notification, const QImage &image)
 {
     _reading = false;
-    const int row = _rows.indexOf(notification);
-    if (row >= 0) {
+    const auto row = std::find(_rows.begin(), _rows.end(), notification);
+    if (row != _rows.end()) {
         auto pictured = std::make_shared<Notification>(*notification);
         pictured->setPicture(image);
-        _rows[row] = pictured;
+        *row = pictured;
         _changed = true;
         _dropPictures();
     }

@@ -1,57 +1,45 @@
 #pragma once
 
 #include "notification_p.h"
+#include "notificationpost_p.h"
 
-#include <QEnableSharedFromThis>
 #include <QObject>
-#include <QSharedPointer>
 #include <QTimer>
-#include <QVector>
 
 #include <deque>
 
 namespace quorvane {
 
-class BusService;
-class NotificationService;
-
-// The notification service of this process and what is pending: one for all objects that show it,
-// which follow rows() and pass its signals on. It is on the bus as long as one of them is there.
+// What is pending: in which order, for how long, and with which pictures.
 //
-// Whoever hears of a change may change something, too. It happens at once, and what there is to
-// tell of it comes after what is being told, of which some may have gone by then.
-class NotificationList
-    : public QObject
-    , public QEnableSharedFromThis<NotificationList>
+// Whoever hears of a change may change something, too, or delete the list. It happens at once, and
+// what there is to tell of it comes after what is being told, of which some may have gone by then.
+class NotificationList : public QObject
 {
     Q_OBJECT
 
 public:
-    using Row = std::shared_ptr<const Notification>;
+    // The protocol's reasons; another process may give any number.
+    enum Reason : uint { Expired = 1, Dismissed, Closed, Undefined };
 
-    static QSharedPointer<NotificationList> shared();
+    NotificationList();
     ~NotificationList() override;
 
-    // Newest first. One that was changed is another pointer of the same id in the same place.
-    QVector<Row> rows() const { return _rows; }
+    const NotificationRows &rows() const { return _rows; }
 
-    bool isRegistered() const;
-    QVariantMap owner() const;
-    int defaultTimeout() const { return _defaultTimeout; }
-    void setDefaultTimeout(int milliseconds);
     int limit() const { return _limit; }
     void setLimit(int limit);
-    QStringList capabilities() const { return _capabilities; }
-    void setCapabilities(const QStringList &capabilities);
 
-    // See Notifications.
+    // See Notifications. A time-out below 0 is none.
     uint post(NotificationPost post);
     void close(uint id, uint reason);
     // As a program asks for it: the number may be one that it thought of itself.
     void closeFor(const QString &sender, uint number);
-    void invoke(uint id, const QString &key);
+    void invoke(uint id, const QString &action);
     void clear();
+    // In ascending order.
     QList<uint> pending();
+    // Keys and texts alternating, as they were sent; empty for an unknown id.
     QStringList actionsOf(uint id);
 
 Q_SIGNALS:
@@ -60,10 +48,9 @@ Q_SIGNALS:
     void replaced(uint id);
     void closed(uint id, uint reason);
 
-    void registrationChanged();
-    void defaultTimeoutChanged();
-    void limitChanged();
-    void capabilitiesChanged();
+    // At once, for the program that posted it. Nobody may change anything in there.
+    void ended(const QString &sender, uint id, uint reason);
+    void invoked(const QString &sender, uint id, const QString &action);
 
 private:
     struct Event
@@ -73,11 +60,8 @@ private:
         uint reason = 0;
     };
 
-    NotificationList();
-
     uint _idFor(const NotificationPost &post);
     int _rowOf(uint id) const;
-    Row _read(const NotificationPost &post) const;
     // These change the rows and note what is to be told; _tell() does, and comes last.
     void _show();
     void _remove(int first, int last, uint reason);
@@ -88,21 +72,17 @@ private:
     void _expire();
     void _startTimer();
     void _readPicture();
-    void _setPicture(const Row &notification, const QImage &image);
+    void _setPicture(const NotificationRow &notification, const QImage &image);
 
-    QVector<Row> _rows;
+    NotificationRows _rows;
     std::deque<NotificationPost> _waiting; // Answered and not in the list yet.
     std::deque<Event> _events;
     bool _changed = false;
     bool _telling = false;
     bool _reading = false;
     uint _lastId;
-    int _defaultTimeout = 0;
     int _limit = 1000;
-    QStringList _capabilities;
     QTimer _timer;
-    NotificationService *_service;
-    BusService *_bus;
 };
 
 } // namespace quorvane

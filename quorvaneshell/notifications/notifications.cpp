@@ -1,23 +1,85 @@
 #include "notifications.h"
 
-#include "notificationlist_p.h"
+#include "notifications_p.h"
+#include "styledbody_p.h"
 
 #include <quorvaneshell/applications/applicationlist_p.h>
-
-#include <QPointer>
+#include <quorvaneshell/pictures/icon.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
+namespace {
+
+// Those that models have by themselves, with the role that says the same.
+const std::pair<int, int> standardRoles[] { { Qt::DisplayRole, Notifications::SummaryRole },
+                                            { Qt::DecorationRole, Notifications::IconSourceRole },
+                                            { Qt::ToolTipRole, Notifications::BodyRole } };
+
+QVariant value(const Notification &notification, int role)
+{
+    switch (role) {
+    case Notifications::IdRole:
+        return notification.id;
+    case Notifications::AppNameRole:
+        return notification.appName;
+    case Notifications::SummaryRole:
+    case Qt::DisplayRole:
+        return notification.summary;
+    case Notifications::BodyRole:
+        return notification.body;
+    case Qt::ToolTipRole:
+        return plainText(notification.body);
+    case Notifications::StyledBodyRole:
+        return notification.styledBody();
+    case Notifications::IconSourceRole:
+        return notification.iconSource();
+    case Qt::DecorationRole:
+        return icon(notification.iconSource());
+    case Notifications::UrgencyRole:
+        return notification.urgency; // QML of Qt 5 compares a number with an enumerator, and no other.
+    case Notifications::ProgressRole:
+        return notification.progress;
+    case Notifications::CategoryRole:
+        return notification.category;
+    case Notifications::DesktopEntryRole:
+        return notification.desktopEntry;
+    case Notifications::IsTransientRole:
+        return notification.isTransient;
+    case Notifications::ResidentRole:
+        return notification.resident;
+    case Notifications::ActionsRole:
+        return notification.buttons();
+    case Notifications::HasDefaultRole:
+        return notification.offers(QStringLiteral("default"));
+    case Notifications::TimeRole:
+        return notification.time;
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
 Notifications::Notifications(QObject *parent)
     : ListModel(parent)
-    , _list(NotificationList::shared())
-    , _rows(_list->rows())
-    , _applications(ApplicationList::shared())
+    , _d(std::make_unique<NotificationsPrivate>(this))
 {
-    const NotificationList *list = _list.data();
-    connect(list, &NotificationList::rowsChanged, this, &Notifications::_follow);
+    qRegisterMetaType<CloseReason>(); // For connections by name, in Qt 5.
+    const NotificationService *service = _d->service.data();
+    connect(service, &NotificationService::registrationChanged, this,
+            &Notifications::registeredChanged);
+    connect(service, &NotificationService::registrationChanged, this, &Notifications::ownerChanged);
+    connect(service, &NotificationService::defaultTimeoutChanged, this,
+            &Notifications::defaultTimeoutChanged);
+    connect(service, &NotificationService::limitChanged, this, &Notifications::limitChanged);
+    connect(service, &NotificationService::capabilitiesChanged, this,
+            &Notifications::capabilitiesChanged);
+
+    const NotificationList *list = _d->list();
+    connect(list, &NotificationList::rowsChanged, this, [this] { _d->follow(); });
     // Whoever was told before may have closed it.
     connect(list, &NotificationList::posted, this, [this](uint id) {
         if (indexOf(id) >= 0)
@@ -27,66 +89,24 @@ Notifications::Notifications(QObject *parent)
         if (indexOf(id) >= 0)
             Q_EMIT replaced(id);
     });
-    connect(list, &NotificationList::closed, this, &Notifications::closed);
-    connect(list, &NotificationList::registrationChanged, this, &Notifications::registeredChanged);
-    connect(list, &NotificationList::registrationChanged, this, &Notifications::ownerChanged);
-    connect(list, &NotificationList::defaultTimeoutChanged, this,
-            &Notifications::defaultTimeoutChanged);
-    connect(list, &NotificationList::limitChanged, this, &Notifications::limitChanged);
-    connect(list, &NotificationList::capabilitiesChanged, this, &Notifications::capabilitiesChanged);
-    // Those without an icon of their own have that of their application.
-    connect(_applications.data(), &ApplicationList::changed, this, [this] {
-        if (!_rows.isEmpty())
-            Q_EMIT dataChanged(index(0), index(int(_rows.size()) - 1), { IconSourceRole });
-    });
+    connect(list, &NotificationList::closed, this,
+            [this](uint id, uint reason) { Q_EMIT closed(id, CloseReason(reason)); });
+    connect(_d->applications.data(), &ApplicationList::changed, this, [this] { _d->tellOfIcons(); });
+    _d->follow();
 }
 
 Notifications::~Notifications() = default;
 
 int Notifications::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : _rows.size();
+    return parent.isValid() ? 0 : int(_d->rows().size());
 }
 
 QVariant Notifications::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const Notification &notification = *_rows.at(index.row());
-    switch (role) {
-    case IdRole:
-        return notification.id;
-    case AppNameRole:
-        return notification.appName;
-    case SummaryRole:
-        return notification.summary;
-    case BodyRole:
-        return notification.body;
-    case StyledBodyRole:
-        return notification.styledBody();
-    case IconSourceRole:
-        return notification.iconSource();
-    case UrgencyRole:
-        return notification.urgency;
-    case ProgressRole:
-        return notification.progress;
-    case CategoryRole:
-        return notification.category;
-    case DesktopEntryRole:
-        return notification.desktopEntry;
-    case IsTransientRole:
-        return notification.isTransient;
-    case ResidentRole:
-        return notification.resident;
-    case ActionsRole:
-        return notification.buttons();
-    case HasDefaultRole:
-        return notification.offers(QStringLiteral("default"));
-    case TimeRole:
-        return notification.time;
-    default:
-        return {};
-    }
+    return value(*_d->rows().at(size_t(index.row())), role);
 }
 
 QHash<int, QByteArray> Notifications::roleNames() const
@@ -110,161 +130,126 @@ QHash<int, QByteArray> Notifications::roleNames() const
 
 bool Notifications::isRegistered() const
 {
-    return _list->isRegistered();
+    return _d->service->isRegistered();
 }
 
 QVariantMap Notifications::owner() const
 {
-    return _list->owner();
+    return _d->service->owner();
 }
 
 int Notifications::defaultTimeout() const
 {
-    return _list->defaultTimeout();
+    return _d->service->defaultTimeout();
 }
 
 void Notifications::setDefaultTimeout(int milliseconds)
 {
-    _list->setDefaultTimeout(milliseconds);
+    _d->service->setDefaultTimeout(milliseconds);
 }
 
 int Notifications::limit() const
 {
-    return _list->limit();
+    return _d->service->limit();
 }
 
 void Notifications::setLimit(int limit)
 {
-    _list->setLimit(limit);
+    _d->service->setLimit(limit);
 }
 
 QStringList Notifications::capabilities() const
 {
-    return _list->capabilities();
+    return _d->service->capabilities();
 }
 
 void Notifications::setCapabilities(const QStringList &capabilities)
 {
-    _list->setCapabilities(capabilities);
-}
-
-uint Notifications::post(const NotificationPost &post)
-{
-    return _list->post(post);
-}
-
-void Notifications::close(uint id, uint reason)
-{
-    _list->close(id, reason);
-}
-
-QList<uint> Notifications::pending()
-{
-    return _list->pending();
-}
-
-QStringList Notifications::actionsOf(uint id)
-{
-    return _list->actionsOf(id);
+    _d->service->setCapabilities(capabilities);
 }
 
 int Notifications::indexOf(uint id) const
 {
-    const auto found = std::find_if(_rows.begin(), _rows.end(), [id](const auto &notification) {
-        return notification->id == id;
-    });
-    return found == _rows.end() ? -1 : int(found - _rows.begin());
+    const NotificationRows &rows = _d->rows();
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [id](const auto &row) { return row->id == id; });
+    return found == rows.end() ? -1 : int(found - rows.begin());
+}
+
+QVariantMap Notifications::find(uint id) const
+{
+    return get(indexOf(id));
+}
+
+void Notifications::invoke(uint id, const QString &actionId)
+{
+    _d->list()->invoke(id, actionId);
 }
 
 void Notifications::dismiss(uint id)
 {
-    _list->close(id, Dismissed);
-}
-
-void Notifications::invoke(uint id, const QString &key)
-{
-    _list->invoke(id, key);
+    close(id, Dismissed);
 }
 
 void Notifications::clear()
 {
-    _list->clear();
+    _d->list()->clear();
 }
 
-// Whoever is told of a step may delete this object, or bring about further changes: those are
-// followed after these.
-void Notifications::_follow()
+void Notifications::close(uint id, CloseReason reason)
 {
-    _behind = true;
-    if (_following)
+    _d->list()->close(id, reason);
+}
+
+NotificationsPrivate::NotificationsPrivate(Notifications *model)
+    : service(NotificationService::shared())
+    , applications(ApplicationList::shared())
+    , _model(model)
+    , _walk(model, this)
+{
+}
+
+NotificationsPrivate::~NotificationsPrivate() = default;
+
+void NotificationsPrivate::follow()
+{
+    _walk.show(list()->rows());
+}
+
+void NotificationsPrivate::tellOfIcons()
+{
+    if (_rows.empty())
         return;
-    _following = true;
-    const QPointer<Notifications> alive(this);
-    while (alive && _behind) {
-        _behind = false;
-        const int count = rowCount();
-        const auto wanted = _list->rows();
-        _removeGone(wanted);
-        if (alive)
-            _insertNew(wanted);
-        if (alive)
-            _change(wanted);
-        if (alive && rowCount() != count)
-            Q_EMIT countChanged();
-    }
-    if (alive)
-        _following = false;
+    Q_EMIT _model->dataChanged(_model->index(0), _model->index(_model->rowCount() - 1),
+                               { Notifications::IconSourceRole, Qt::DecorationRole });
 }
 
-// Rows never change their order and new ones are in front, so both are walked from the end.
-void Notifications::_removeGone(const Rows &wanted)
+template<typename IsCurrent>
+void NotificationsPrivate::_updateRows(const Wanted &wanted, const IsCurrent &isCurrent)
 {
-    const QPointer<Notifications> alive(this);
-    int kept = wanted.size();
-    const auto isKept = [this, &wanted, &kept](int row) {
-        return kept > 0 && wanted.at(kept - 1)->id == _rows.at(row)->id;
-    };
-    for (int row = rowCount() - 1; alive && row >= 0; --row) {
-        if (isKept(row)) {
-            --kept;
+    for (size_t row = 0; isCurrent() && row < wanted.size(); ++row) {
+        if (_rows[row] == wanted[row])
             continue;
-        }
-        const int last = row;
-        while (row > 0 && !isKept(row - 1))
-            --row;
-        beginRemoveRows(QModelIndex(), row, last);
-        _rows.remove(row, last - row + 1);
-        endRemoveRows();
+        const NotificationRow before = std::exchange(_rows[row], wanted[row]);
+        const QModelIndex at = _model->index(int(row));
+        Q_EMIT _model->dataChanged(at, at, _changedRoles(*before, *wanted[row]));
     }
 }
 
-void Notifications::_insertNew(const Rows &wanted)
+QVector<int> NotificationsPrivate::_changedRoles(const Notification &before,
+                                                 const Notification &after) const
 {
-    const int added = wanted.size() - rowCount();
-    if (added == 0)
-        return;
-    beginInsertRows(QModelIndex(), 0, added - 1);
-    _rows = wanted.mid(0, added) + _rows;
-    endInsertRows();
-}
-
-void Notifications::_change(const Rows &wanted)
-{
-    const QPointer<Notifications> alive(this);
-    const auto names = roleNames();
-    for (int row = 0; alive && row < wanted.size(); ++row) {
-        if (_rows.at(row) == wanted.at(row))
-            continue;
-        const QVariantMap before = get(row);
-        _rows[row] = wanted.at(row);
-        const QModelIndex at = index(row);
-        QVector<int> roles;
-        for (auto role = names.begin(); role != names.end(); ++role) {
-            if (data(at, role.key()) != before.value(QString::fromLatin1(*role)))
-                roles += role.key();
-        }
-        Q_EMIT dataChanged(at, at, roles);
+    QVector<int> roles;
+    const QList<int> named = _model->roleNames().keys();
+    for (const int role : named) {
+        if (value(before, role) != value(after, role))
+            roles += role;
     }
+    for (const auto &[standard, same] : standardRoles) {
+        if (roles.contains(same))
+            roles += standard;
+    }
+    return roles;
 }
 
 } // namespace quorvane

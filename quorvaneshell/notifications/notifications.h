@@ -1,17 +1,16 @@
 #pragma once
 
-#include "notification_p.h"
-
 #include <quorvaneshell/quorvaneshell_export.h>
 #include <quorvaneshell/rows/listmodel.h>
 
-#include <QSharedPointer>
-#include <QVector>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <memory>
 
 namespace quorvane {
 
-class ApplicationList;
-class NotificationList;
+class NotificationsPrivate;
 
 /*! \ingroup shell
     \brief The notification service of a session for a shell, after the Desktop Notifications
@@ -23,50 +22,63 @@ class NotificationList;
     show the same notifications of one service, which ends with the last of them; what is set on one is
     set on all.
 
-    | Role | Name | Value |
-    | ---- | ---- | ----- |
-    | IdRole | id | number of the notification, never another's: in a delegate model.id |
-    | AppNameRole | appName | the program's name for people |
-    | SummaryRole | summary | the title, plain text |
-    | BodyRole | body | the text as it was sent, markup and all |
-    | StyledBodyRole | styledBody | the same for Text.StyledText: b, i, u, line breaks, links to http and https |
-    | IconSourceRole | iconSource | URL for an Image: the picture sent, else the icon sent, else that of the desktop entry; may be empty |
-    | UrgencyRole | urgency | 0 low, 1 normal, 2 critical |
-    | ProgressRole | progress | 0 to 100 (hint "value"), -1 without |
-    | CategoryRole | category | such as "email.arrived"; may be empty |
-    | DesktopEntryRole | desktopEntry | id of the program's desktop entry, without ".desktop"; may be empty |
-    | IsTransientRole | isTransient | whether it is for the moment only, not for a list that is kept |
-    | ResidentRole | resident | whether it stays when an action is chosen |
-    | ActionsRole | actions | list of maps with "key" and "text", without "default", "inline-reply" and empty texts |
-    | HasDefaultRole | hasDefault | whether a click on the notification itself means invoke(id, "default") |
-    | TimeRole | time | QDateTime of the post, or of the one that replaced it |
+    | Role | Name | Type | Value |
+    | ---- | ---- | ---- | ----- |
+    | IdRole | id | uint | number of the notification, never another's: in a delegate model.id |
+    | AppNameRole | appName | string | the program's name for people |
+    | SummaryRole, Qt::DisplayRole | summary | string | the title, plain text |
+    | BodyRole | body | string | the text as it was sent, markup and all |
+    | Qt::ToolTipRole | | string | the body without its markup |
+    | StyledBodyRole | styledBody | string | the body for Text.StyledText: b, i, u, line breaks, links to http and https |
+    | IconSourceRole | iconSource | string | URL for an Image: the picture sent, else the icon sent, else that of the desktop entry; may be empty |
+    | Qt::DecorationRole | | QIcon | the same picture or icon |
+    | UrgencyRole | urgency | int | an Urgency: Low, Normal or Critical; Normal where the program said nothing |
+    | ProgressRole | progress | int | 0 to 100 (hint "value"), -1 without |
+    | CategoryRole | category | string | such as "email.arrived"; may be empty |
+    | DesktopEntryRole | desktopEntry | string | id of the program's desktop entry, without ".desktop"; may be empty |
+    | IsTransientRole | isTransient | bool | whether it is for the moment only, not for a list that is kept |
+    | ResidentRole | resident | bool | whether it stays when an action is chosen |
+    | ActionsRole | actions | list of maps | the buttons, see below |
+    | HasDefaultRole | hasDefault | bool | whether a click on the notification itself means invoke(id, "default") |
+    | TimeRole | time | QDateTime | when it was posted, or replaced |
+
+    A map in \c actions has "id", for invoke(), "text", and "iconSource": the URL of an icon if the
+    program has asked for icons (hint "action-icons"), else empty. The actions "default" and
+    "inline-reply" and those without a text are left out. Hints that are missing or of the wrong type
+    count as not sent.
 
     A post is answered at once and is in the list at the next turn of the event loop, with all that
     came in the meantime: a thousand at a time are one insertion. One that replaces keeps id and row,
     and its time-out is the new one. A replaces_id that isn't pending gets an id of its own; if the
     same program uses that number again, which scripts do, it means the same notification. So does a
     post with the hint "x-canonical-private-synchronous" or "x-dunst-stack-tag" that one of the same
-    program has.
+    program has. What becomes of a notification is told to the program that posted it alone.
 
-    Of what is sent the first 1,024 characters of a text are kept, 16,384 of a body, 8 combining marks
-    on a letter, 32 actions with 100 characters each (those whose keys are longer together are left
-    out), and pictures of at most 320 pixels a side. All pictures together have 32 MB; beyond it the
-    oldest lose theirs. A picture's file is read once, when the post comes and in a thread: the role
-    iconSource follows, with dataChanged(). What becomes of a notification is told to the program that
-    posted it alone.
+    Of what is sent the first 1,024 characters of a text are kept, 16,384 of a body (32,768 with 50
+    links in styledBody), 8 combining marks on a letter, 32 actions with 100 characters each (those
+    whose keys are longer together are left out), the first 64 hints, and pictures of at most 320
+    pixels a side; one of more than 40 MB counts as not sent. All pictures together have 32 MB; beyond it the
+    oldest lose theirs. A picture's file is read once, when the post comes and in a thread: iconSource
+    follows, with dataChanged().
 
-    Slots may do anything, such as post, close or delete this object. A change from inside a signal is
-    in the list at once, except from inside those of a model, where it comes after them. posted(),
-    replaced() and closed() come one after another, and the first two not for what is closed by then. */
+    Rows are inserted, removed and changed; where it would take more than 100 such steps the layout
+    changes; the model is never reset. dataChanged() names the roles that changed.
+
+    Slots may do anything, such as close a notification or delete this object. A change from inside a
+    signal is in the list at once, except from inside those of a model, where it comes after them; only
+    signals that tell what is about to come are no place for it. posted(), replaced() and closed() come
+    one after another, after the signals of the model, and the first two not for what is closed by
+    then. */
 class QUORVANE_SHELL_EXPORT Notifications : public ListModel
 {
     Q_OBJECT
 
-    /*! Whether programs reach this object. Another process may have the service. */
+    /*! Whether programs reach this process: it has "org.freedesktop.Notifications". False at first;
+        another process may have the service. */
     Q_PROPERTY(bool registered READ isRegistered NOTIFY registeredChanged)
 
     /*! Who has the service otherwise: a map with "name" and "pid" of the program. Empty without
-        anybody. */
+        anybody, and until the bus has told. */
     Q_PROPERTY(QVariantMap owner READ owner NOTIFY ownerChanged)
 
     /*! How long, in milliseconds, a notification stays whose sender leaves it to the shell. 0, as at
@@ -75,16 +87,19 @@ class QUORVANE_SHELL_EXPORT Notifications : public ListModel
                        defaultTimeoutChanged)
 
     /*! How many are kept at most, 1,000 at first, 1 at least. Beyond it the oldest are closed, the
-        critical as well, with the protocol's reason 4 (undefined). */
+        critical as well, as Undefined. */
     Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY limitChanged)
 
     /*! What programs are told that the shell shows, in the standard's words. At first "actions",
-        "body", "body-hyperlinks", "body-markup", "icon-static" and "persistence". Many ask once. */
+        "body", "body-hyperlinks", "body-markup", "icon-static" and "persistence". Many ask once, so
+        it is to be set before the event loop runs; without "actions" most send none. A shell that
+        shows the icons of actions adds "action-icons". */
     Q_PROPERTY(QStringList capabilities READ capabilities WRITE setCapabilities NOTIFY
                        capabilitiesChanged)
 
 public:
-    enum Role {
+    /*! What data() gives; see the table. */
+    enum Roles {
         IdRole = Qt::UserRole + 1,
         AppNameRole,
         SummaryRole,
@@ -101,16 +116,39 @@ public:
         HasDefaultRole,
         TimeRole
     };
+    Q_ENUM(Roles)
 
-    /*! The protocol's reasons; closed() has any number that another program gave. */
-    enum CloseReason { Expired = 1, Dismissed, Closed, Undefined };
+    /*! The standard's urgencies. */
+    enum Urgency {
+        Low,
+        Normal,
+        Critical /*!< Stays until somebody closes it. */
+    };
+    Q_ENUM(Urgency)
+
+    /*! Why a notification is out of the list, in the standard's numbers. Another process may give any
+        other number at "com.zovar.NotificationManager". */
+    enum CloseReason : uint {
+        Expired = 1, /*!< Its time was over. */
+        Dismissed,   /*!< The user has done with it. */
+        Closed,      /*!< Its program closed it. */
+        Undefined    /*!< Anything else: here, that it was one too many. */
+    };
     Q_ENUM(CloseReason)
 
+    /*! Asks for the names on the bus, unless another object of the process has done so. What is
+        pending there is in the list already. */
     explicit Notifications(QObject *parent = nullptr);
+
+    /*! The last object of the process gives the names back; what is pending is forgotten, and nobody
+        is told. */
     ~Notifications() override;
 
+    /*! The number of rows; none below a row. */
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
-    QVariant data(const QModelIndex &index, int role) const override;
+    /*! A role of a row; invalid for a role or row that is not there. */
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    /*! The names in the table. */
     QHash<int, QByteArray> roleNames() const override;
 
     bool isRegistered() const;
@@ -122,62 +160,52 @@ public:
     QStringList capabilities() const;
     void setCapabilities(const QStringList &capabilities);
 
-    /*! What a call of Notify does; the id of the post is not read. Returns the id. */
-    uint post(const NotificationPost &post);
-
-    /*! Takes notification id out, for one of the protocol's reasons or any other number. Programs are
-        told on the bus. Nothing happens for an id that isn't pending. */
-    void close(uint id, uint reason);
-
-    /*! The ids of all that is pending, in ascending order. */
-    QList<uint> pending();
-
-    /*! The actions of one as they were sent, keys and texts alternating; empty for an unknown id. */
-    QStringList actionsOf(uint id);
-
     /*! The row of a notification, -1 for one that is not there. */
     Q_INVOKABLE int indexOf(uint id) const;
 
-    /*! Closes one that the user has done with, with reason 2. Nothing happens for an unknown id. */
+    /*! All roles of a notification by their names; empty for one that is not there. */
+    Q_INVOKABLE QVariantMap find(uint id) const;
+
+    /*! Tells the program which action the user chose, by its id in the role actions, or "default".
+        Then closes the notification as Dismissed, unless it is a resident one. Nothing happens for a
+        notification that is not there, or an action that it hasn't. */
+    Q_INVOKABLE void invoke(uint id, const QString &actionId);
+
+    /*! Closes one that the user has done with, as Dismissed. Nothing happens for one that is not
+        there. */
     Q_INVOKABLE void dismiss(uint id);
 
-    /*! Tells the program which action the user chose, then dismisses the notification unless it is a
-        resident one. Nothing happens for an unknown id, or a key that the notification hasn't. */
-    Q_INVOKABLE void invoke(uint id, const QString &key);
-
-    /*! Dismisses all. */
+    /*! Dismisses all, those that are not in the list yet as well. */
     Q_INVOKABLE void clear();
 
+    /*! Closes a notification for a reason of the shell's. Its program is told, and closed() comes.
+        Nothing happens for one that is not there. */
+    Q_INVOKABLE void close(uint id, quorvane::Notifications::CloseReason reason);
+
 Q_SIGNALS:
+    /*! registered may be another. */
     void registeredChanged();
+    /*! owner may be another. */
     void ownerChanged();
+    /*! defaultTimeout is another, set on any object of the process. */
     void defaultTimeoutChanged();
+    /*! limit is another, set on any object of the process; comes after what it closed. */
     void limitChanged();
+    /*! What programs are told is something else, set on any object of the process. */
     void capabilitiesChanged();
 
-    /*! It is in the list now. */
+    /*! It is in the list now, after rowsInserted() and countChanged(). */
     void posted(uint id);
 
-    /*! It has other content now, after dataChanged(). */
+    /*! It has other content now, in its row, after dataChanged(). */
     void replaced(uint id);
 
-    /*! It is out of the list: 1 expired, 2 dismissed, 3 closed by its program, 4 for the limit, or any
-        number that a program gave at com.zovar.NotificationManager. */
-    void closed(uint id, uint reason);
+    /*! It is out of the list, after rowsRemoved() and countChanged(); see find() for no more of it.
+        The reason may be a number that CloseReason has no name for. */
+    void closed(uint id, quorvane::Notifications::CloseReason reason);
 
 private:
-    using Rows = QVector<std::shared_ptr<const Notification>>;
-
-    void _follow();
-    void _removeGone(const Rows &wanted);
-    void _insertNew(const Rows &wanted);
-    void _change(const Rows &wanted);
-
-    const QSharedPointer<NotificationList> _list;
-    Rows _rows;                                          // As was announced.
-    const QSharedPointer<ApplicationList> _applications; // For the icons of desktop entries.
-    bool _following = false;
-    bool _behind = false;
+    const std::unique_ptr<NotificationsPrivate> _d;
 };
 
 } // namespace quorvane

@@ -1,81 +1,84 @@
 #include "notificationservice_p.h"
 
-#include "notificationlist_p.h"
+#include "notificationadaptor_p.h"
+#include "pendingnotifications_p.h"
 
-#include <quorvane/quorvane_version.h>
+#include <quorvaneshell/bus/busreader_p.h>
+#include <quorvaneshell/bus/busservice_p.h>
 
-#include <QDBusConnection>
-#include <QDBusMetaType>
-#include <QGuiApplication>
+#include <QPointer>
 
 namespace quorvane {
 
-namespace {
-
-void tell(const QString &program, const QString &signal, const QVariantList &arguments)
+QSharedPointer<NotificationService> NotificationService::shared()
 {
-    if (program.isEmpty())
+    static QWeakPointer<NotificationService> made;
+    QSharedPointer<NotificationService> service = made.toStrongRef();
+    if (!service) {
+        service.reset(new NotificationService);
+        made = service;
+    }
+    return service;
+}
+
+NotificationService::NotificationService()
+    : _capabilities({ QStringLiteral("actions"), QStringLiteral("body"),
+                      QStringLiteral("body-hyperlinks"), QStringLiteral("body-markup"),
+                      QStringLiteral("icon-static"), QStringLiteral("persistence") })
+{
+    keepReadingSessionBus();
+    auto *exported = new QObject(this);
+    new NotificationAdaptor(this, exported);
+    _bus = new BusService(NotificationAdaptor::name(), exported, this);
+    connect(_bus, &BusService::changed, this, &NotificationService::registrationChanged);
+    new BusService(QStringLiteral("com.zovar.NotificationManager"),
+                   new PendingNotifications(&_list, this), this);
+}
+
+NotificationService::~NotificationService() = default;
+
+bool NotificationService::isRegistered() const
+{
+    return _bus->isRegistered();
+}
+
+QVariantMap NotificationService::owner() const
+{
+    return _bus->owner();
+}
+
+void NotificationService::setCapabilities(const QStringList &capabilities)
+{
+    if (capabilities == _capabilities)
         return;
-    QDBusMessage message = QDBusMessage::createTargetedSignal(
-            program, QStringLiteral("/org/freedesktop/Notifications"), NotificationService::name(),
-            signal);
-    message.setArguments(arguments);
-    QDBusConnection::sessionBus().send(message);
+    _capabilities = capabilities;
+    Q_EMIT capabilitiesChanged();
 }
 
-} // namespace
-
-QString NotificationService::name()
+void NotificationService::setDefaultTimeout(int milliseconds)
 {
-    return QStringLiteral("org.freedesktop.Notifications");
+    if (milliseconds == _defaultTimeout)
+        return;
+    _defaultTimeout = milliseconds;
+    Q_EMIT defaultTimeoutChanged();
 }
 
-NotificationService::NotificationService(NotificationList *list, QObject *server)
-    : QDBusAbstractAdaptor(server)
-    , _list(list)
+void NotificationService::setLimit(int limit)
 {
-    qDBusRegisterMetaType<NotificationHints>();
+    limit = qMax(1, limit);
+    if (limit == _list.limit())
+        return;
+    const QPointer<NotificationService> alive(this); // Whoever hears may let go of it.
+    _list.setLimit(limit);
+    if (alive)
+        Q_EMIT limitChanged();
 }
 
-void NotificationService::tellClosed(const QString &program, uint id, uint reason) const
+uint NotificationService::post(NotificationPost post)
 {
-    tell(program, QStringLiteral("NotificationClosed"), { id, reason });
-}
-
-void NotificationService::tellInvoked(const QString &program, uint id, const QString &key) const
-{
-    tell(program, QStringLiteral("ActionInvoked"), { id, key });
-}
-
-QStringList NotificationService::GetCapabilities()
-{
-    return _list->capabilities();
-}
-
-QString NotificationService::GetServerInformation(QString &vendor, QString &version,
-                                                  QString &spec_version)
-{
-    const auto either = [](const QString &text, const char *otherwise) {
-        return text.isEmpty() ? QString::fromLatin1(otherwise) : text;
-    };
-    vendor = either(QCoreApplication::organizationName(), "ZOVAR");
-    version = either(QCoreApplication::applicationVersion(), QUORVANE_VERSION_STRING);
-    spec_version = QStringLiteral("1.2");
-    return either(QGuiApplication::applicationDisplayName(), "Quorvane");
-}
-
-uint NotificationService::Notify(const QString &app_name, uint replaces_id, const QString &app_icon,
-                                 const QString &summary, const QString &body,
-                                 const QStringList &actions, const NotificationHints &hints,
-                                 int timeout, const QDBusMessage &message)
-{
-    return _list->post({ app_name, replaces_id, app_icon, summary, body, actions, hints.values,
-                         timeout, 0, message.service() });
-}
-
-void NotificationService::CloseNotification(uint id, const QDBusMessage &message)
-{
-    _list->closeFor(message.service(), id);
+    if (post.timeout < 0)
+        post.timeout = _defaultTimeout;
+    return _list.post(std::move(post));
 }
 
 } // namespace quorvane

@@ -1,79 +1,53 @@
 #pragma once
 
-#include "notificationhints_p.h"
+#include "notificationlist_p.h"
 
-#include <QDBusAbstractAdaptor>
-#include <QDBusMessage>
+#include <QObject>
+#include <QSharedPointer>
 #include <QStringList>
+#include <QVariantMap>
 
 namespace quorvane {
 
-class NotificationList;
+class BusService;
 
-// What programs see of a NotificationList as "org.freedesktop.Notifications". What becomes of a
-// notification is told to the program that posted it and to no other: some take any id for theirs.
-class NotificationService : public QDBusAbstractAdaptor
+// The notification service of this process: its names on the bus, what programs are told of it, and
+// what holds for all that they post. It is on the bus as long as somebody has a pointer to it.
+class NotificationService : public QObject
 {
     Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-    // As Qt would write it, but for the type of the hints, which is nobody else's business.
-    Q_CLASSINFO("D-Bus Introspection",
-                "  <interface name=\"org.freedesktop.Notifications\">\n"
-                "    <signal name=\"NotificationClosed\">\n"
-                "      <arg name=\"id\" type=\"u\"/>\n"
-                "      <arg name=\"reason\" type=\"u\"/>\n"
-                "    </signal>\n"
-                "    <signal name=\"ActionInvoked\">\n"
-                "      <arg name=\"id\" type=\"u\"/>\n"
-                "      <arg name=\"action_key\" type=\"s\"/>\n"
-                "    </signal>\n"
-                "    <method name=\"Notify\">\n"
-                "      <arg name=\"app_name\" type=\"s\" direction=\"in\"/>\n"
-                "      <arg name=\"replaces_id\" type=\"u\" direction=\"in\"/>\n"
-                "      <arg name=\"app_icon\" type=\"s\" direction=\"in\"/>\n"
-                "      <arg name=\"summary\" type=\"s\" direction=\"in\"/>\n"
-                "      <arg name=\"body\" type=\"s\" direction=\"in\"/>\n"
-                "      <arg name=\"actions\" type=\"as\" direction=\"in\"/>\n"
-                "      <arg name=\"hints\" type=\"a{sv}\" direction=\"in\"/>\n"
-                "      <arg name=\"timeout\" type=\"i\" direction=\"in\"/>\n"
-                "      <arg type=\"u\" direction=\"out\"/>\n"
-                "      <annotation name=\"org.qtproject.QtDBus.QtTypeName.In6\""
-                " value=\"QVariantMap\"/>\n"
-                "    </method>\n"
-                "    <method name=\"CloseNotification\">\n"
-                "      <arg name=\"id\" type=\"u\" direction=\"in\"/>\n"
-                "    </method>\n"
-                "    <method name=\"GetCapabilities\">\n"
-                "      <arg name=\"caps\" type=\"as\" direction=\"out\"/>\n"
-                "    </method>\n"
-                "    <method name=\"GetServerInformation\">\n"
-                "      <arg name=\"name\" type=\"s\" direction=\"out\"/>\n"
-                "      <arg name=\"vendor\" type=\"s\" direction=\"out\"/>\n"
-                "      <arg name=\"version\" type=\"s\" direction=\"out\"/>\n"
-                "      <arg name=\"spec_version\" type=\"s\" direction=\"out\"/>\n"
-                "    </method>\n"
-                "  </interface>\n")
 
 public:
-    static QString name();
+    static QSharedPointer<NotificationService> shared();
+    ~NotificationService() override;
 
-    NotificationService(NotificationList *list, QObject *server);
+    // See Notifications.
+    bool isRegistered() const;
+    QVariantMap owner() const;
+    QStringList capabilities() const { return _capabilities; }
+    void setCapabilities(const QStringList &capabilities);
+    int defaultTimeout() const { return _defaultTimeout; }
+    void setDefaultTimeout(int milliseconds);
+    int limit() const { return _list.limit(); }
+    void setLimit(int limit);
 
-    // Signals for a program by its unique name; nothing for an empty one.
-    void tellClosed(const QString &program, uint id, uint reason) const;
-    void tellInvoked(const QString &program, uint id, const QString &key) const;
+    // What a call of Notify does; the id of the post is not read. Returns the id.
+    uint post(NotificationPost post);
+    NotificationList *list() { return &_list; }
 
-public Q_SLOTS:
-    QStringList GetCapabilities();
-    // Tells of the shell: its application name, organization and version, where it has set them.
-    QString GetServerInformation(QString &vendor, QString &version, QString &spec_version);
-    uint Notify(const QString &app_name, uint replaces_id, const QString &app_icon,
-                const QString &summary, const QString &body, const QStringList &actions,
-                const quorvane::NotificationHints &hints, int timeout, const QDBusMessage &message);
-    void CloseNotification(uint id, const QDBusMessage &message);
+Q_SIGNALS:
+    void registrationChanged();
+    void capabilitiesChanged();
+    void defaultTimeoutChanged();
+    void limitChanged();
 
 private:
-    NotificationList *const _list;
+    NotificationService();
+
+    QStringList _capabilities;
+    int _defaultTimeout = 0;
+    NotificationList _list;
+    BusService *_bus;
 };
 
 } // namespace quorvane

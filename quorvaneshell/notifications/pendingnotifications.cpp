@@ -5,8 +5,8 @@
 
 namespace quorvane {
 
-PendingNotifications::PendingNotifications(NotificationList *list)
-    : QObject(list)
+PendingNotifications::PendingNotifications(NotificationList *list, QObject *parent)
+    : QObject(parent)
     , _list(list)
 {
     new PendingNotificationsAdaptor(this);
@@ -14,7 +14,7 @@ PendingNotifications::PendingNotifications(NotificationList *list)
 
 int PendingNotifications::nbNotifications()
 {
-    return _list->pending().size();
+    return int(_list->pending().size());
 }
 
 void PendingNotifications::close(uint id, uint reason)

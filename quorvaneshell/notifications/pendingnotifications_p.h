@@ -14,10 +14,10 @@ class PendingNotifications : public QObject
     Q_OBJECT
 
 public:
-    explicit PendingNotifications(NotificationList *list);
+    PendingNotifications(NotificationList *list, QObject *parent);
 
     int nbNotifications();
-    // Reason 2 is the user's.
+    // Without a reason it is the user's.
     void close(uint id, uint reason = 2);
     // As NotificationList::invoke(): a resident one stays.
     void returnAction(uint appid, const QString &key);

@@ -70,7 +70,7 @@ QString entityText(const QString &name)
     if (name.startsWith(QLatin1Char('#'))) {
         const bool hexadecimal = name.size() > 1 && name.at(1).toLower() == QLatin1Char('x');
         const QString digits = name.mid(hexadecimal ? 2 : 1);
-        const uint code = digits.toUInt(nullptr, hexadecimal ? 16 : 10);
+        const char32_t code = digits.toUInt(nullptr, hexadecimal ? 16 : 10);
         const bool character
                 = code != 0 && code <= QChar::LastValidCodePoint && !QChar::isSurrogate(code);
         return character ? QString::fromUcs4(&code, 1) : QString();
@@ -174,14 +174,12 @@ QString escaped(const QString &text)
 // At most so much of what was escaped; no tag, entity or character is cut in two.
 QString beginning(const QString &markup, int length)
 {
-    QString text = markup.left(qMax(0, length));
+    QString text = shortened(markup, length);
     for (const auto &[begin, end] : { std::pair('<', '>'), std::pair('&', ';') }) {
         const int start = text.lastIndexOf(QLatin1Char(begin));
         if (start > text.lastIndexOf(QLatin1Char(end)))
             text.truncate(start);
     }
-    if (!text.isEmpty() && text.at(text.size() - 1).isHighSurrogate())
-        text.chop(1);
     return text;
 }
 
@@ -218,7 +216,7 @@ private:
             return;
         const QString markup = escaped(withoutPiledMarks(text, &_pile));
         if (!_add(markup))
-            _out += beginning(markup, mostStyled - _out.size());
+            _out += beginning(markup, mostStyled - int(_out.size()));
     }
 
     // All of it or nothing.
@@ -353,6 +351,14 @@ QString styledBody(const QString &body)
 QString plainText(const QString &markup)
 {
     return Reader().plain(markup);
+}
+
+QString shortened(const QString &text, int length)
+{
+    if (text.size() <= length)
+        return text;
+    const bool cut = length > 0 && text.at(length - 1).isHighSurrogate();
+    return text.left(cut ? length - 1 : length);
 }
 
 QString withoutPiledMarks(const QString &text, int *pile)

@@ -15,6 +15,9 @@ QString styledBody(const QString &body);
 // or a row begins a line. Entities are resolved. Never longer than what goes in.
 QString plainText(const QString &markup);
 
+// At most so many characters of a text, none of which is cut in two.
+QString shortened(const QString &text, int length);
+
 // The text without combining marks beyond the eighth on a letter, which take a view seconds to
 // draw. A pile is how many the last letter has, for a text that goes on.
 QString withoutPiledMarks(const QString &text, int *pile = nullptr);

@@ -25,7 +25,6 @@
 #include <array>
 #include <climits>
 #include <ctime>
-#include <memory>
 #include <tuple>
 #include <vector>
 
@@ -47,17 +46,6 @@ constexpr qint64 mostIndexBytes = 1 << 20;
 const std::array<QLatin1String, 3> endings { QLatin1String(".png"), QLatin1String(".svg"),
                                              QLatin1String(".xpm") };
 
-template<typename Object, void (*release)(Object *)>
-struct Release
-{
-    void operator()(Object *object) const { release(object); }
-};
-
-void unref(GSettingsBackend *backend)
-{
-    g_object_unref(backend);
-}
-
 // Read past GSettings, which subscribes to changes: for that it opens GIO's connection to the bus,
 // waits for it, and ends the process together with the bus.
 QString themeOfSettings()
@@ -65,22 +53,18 @@ QString themeOfSettings()
     GSettingsSchemaSource *source = g_settings_schema_source_get_default();
     if (!source)
         return {};
-    const std::unique_ptr<GSettingsSchema, Release<GSettingsSchema, g_settings_schema_unref>> schema(
-            g_settings_schema_source_lookup(source, "org.gnome.desktop.interface", true));
-    if (!schema || !g_settings_schema_has_key(schema.get(), "icon-theme"))
+    g_autoptr(GSettingsSchema) schema
+            = g_settings_schema_source_lookup(source, "org.gnome.desktop.interface", true);
+    if (!schema || !g_settings_schema_has_key(schema, "icon-theme"))
         return {};
-    const std::unique_ptr<GSettingsSchemaKey,
-                          Release<GSettingsSchemaKey, g_settings_schema_key_unref>>
-            key(g_settings_schema_get_key(schema.get(), "icon-theme"));
-    const QByteArray path = g_settings_schema_get_path(schema.get());
-    const std::unique_ptr<GSettingsBackend, Release<GSettingsBackend, unref>> backend(
-            g_settings_backend_get_default());
-    GVariant *value = G_SETTINGS_BACKEND_GET_CLASS(backend.get())
-                              ->read(backend.get(), (path + "icon-theme").constData(),
-                                     G_VARIANT_TYPE_STRING, false);
-    if (!value)
-        value = g_settings_schema_key_get_default_value(key.get());
-    const std::unique_ptr<GVariant, Release<GVariant, g_variant_unref>> owner(value);
+    const QByteArray path = g_settings_schema_get_path(schema);
+    g_autoptr(GSettingsBackend) backend = g_settings_backend_get_default();
+    g_autoptr(GVariant) value = G_SETTINGS_BACKEND_GET_CLASS(backend)->read(
+            backend, (path + "icon-theme").constData(), G_VARIANT_TYPE_STRING, false);
+    if (!value) {
+        g_autoptr(GSettingsSchemaKey) key = g_settings_schema_get_key(schema, "icon-theme");
+        value = g_settings_schema_key_get_default_value(key);
+    }
     const bool isText = g_variant_is_of_type(value, G_VARIANT_TYPE_STRING);
     return isText ? QString::fromUtf8(g_variant_get_string(value, nullptr)) : QString();
 }

@@ -1,6 +1,7 @@
 #include "picturereader_p.h"
 
 #include "regularfile_p.h"
+#include "scaledimage_p.h"
 #include "svgfilter_p.h"
 
 #include <QBuffer>
@@ -22,7 +23,6 @@ constexpr qint64 mostMadePixels = 4LL << 20;     // Of what is made larger than 
 constexpr qint64 mostReducedPixels = 32LL << 20; // Of what is made smaller while it is decoded.
 constexpr double mostCost = 7e8;                 // Nanoseconds that drawing an SVG takes.
 constexpr int longestSide = 1 << 16;
-constexpr int largestSide = 4096; // Of what is made.
 constexpr int largestXpmSide = 1024;
 constexpr int mostXpmBytes = 2 << 20;
 constexpr int mostXpmColors = 8192;
@@ -49,27 +49,11 @@ QSize limited(const QSize &size, double mostPixels)
 }
 
 // The picture's own size, or as large as fits into the room.
-QSize fitted(const QSize &size, const QSize &room)
+QSize shownSize(const QSize &own, const QSize &room)
 {
-    const auto side = [](int asked) { return asked > 0 ? qMin(asked, largestSide) : largestSide; };
-    const QSize box(side(room.width()), side(room.height()));
-    const bool isAsked = room.width() > 0 || room.height() > 0;
-    const bool fits = size.width() <= box.width() && size.height() <= box.height();
-    const QSize result = fits && !isAsked ? size : size.scaled(box, Qt::KeepAspectRatio);
-    const bool isMade = result.width() > size.width();
-    return limited(result, double(isMade ? mostMadePixels : mostPixels));
-}
-
-// The rough step keeps large pictures cheap.
-QImage scaled(QImage image, const QSize &size)
-{
-    if (image.isNull() || image.size() == size)
-        return image;
-    if (image.width() > 2 * size.width() && image.height() > 2 * size.height())
-        image = image.scaled(2 * size);
-    const bool isLarge = qint64(image.width()) * image.height() > mostMadePixels;
-    return image.scaled(size, Qt::IgnoreAspectRatio,
-                        isLarge ? Qt::FastTransformation : Qt::SmoothTransformation);
+    const QSize size = fittedSize(own, room);
+    const bool isMade = size.width() > own.width();
+    return limited(size, double(isMade ? mostMadePixels : mostPixels));
 }
 
 // Moves the parts of data that are kept to its beginning, so that there is no second copy.
@@ -393,7 +377,7 @@ QImage readPicture(const QByteArray &data, const QSize &room, QSize *own)
     Picture picture = recognised(data);
     if (picture.size.isEmpty())
         return {};
-    const QSize wanted = fitted(picture.size, room);
+    const QSize wanted = shownSize(picture.size, room);
     const QSize size = decodedSize(picture, wanted);
     if (!picture.isScalable && !isAffordable(picture, size))
         return {};
@@ -405,7 +389,7 @@ QImage readPicture(const QByteArray &data, const QSize &room, QSize *own)
         return {};
     if (own)
         *own = itsOwn;
-    return isShort ? image : scaled(std::move(image), wanted);
+    return isShort ? image : scaledImage(std::move(image), wanted);
 }
 
 QImage readPictureFile(const QString &path, const QSize &room, QSize *own)

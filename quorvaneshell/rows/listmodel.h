@@ -15,7 +15,10 @@ class RowWalk;
 QUORVANE_SHELL_EXPORT QVariantMap rowValues(const QAbstractItemModel &model, int row);
 
 /*! \ingroup shell
-    \brief What the models for shells have in common. */
+    \brief What the models for shells have in common: a count, and rows by their roles' names.
+
+    Qt::DecorationRole is announced as changed when the icons of rows, whose role is named iconSource,
+    have been read in a thread; see icon(). */
 class QUORVANE_SHELL_EXPORT ListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -26,7 +29,7 @@ class QUORVANE_SHELL_EXPORT ListModel : public QAbstractListModel
 public:
     explicit ListModel(QObject *parent = nullptr);
 
-    int count() const { return rowCount(); }
+    int count() const;
 
     /*! All roles of a row by their names; empty for a row that isn't there. */
     Q_INVOKABLE QVariantMap get(int row) const;

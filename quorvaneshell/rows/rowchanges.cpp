@@ -22,6 +22,8 @@ QVector<int> kept(const QVector<int> &numbers)
 // the longest increasing subsequence. Sorted.
 QVector<int> inOrder(const QVector<int> &numbers)
 {
+    if (std::is_sorted(numbers.cbegin(), numbers.cend())) // As mostly.
+        return numbers;
     QVector<int> ends; // For each length, the place in numbers where the lowest end stands.
     QVector<int> previous(numbers.size(), -1);
     for (int i = 0; i < numbers.size(); ++i) {
@@ -79,7 +81,7 @@ QVector<RowChange> insertions(const QVector<int> &sorted, int wanted)
 QVector<RowChange> moves(QVector<int> rows, const QVector<int> &sorted, const QVector<int> &staying)
 {
     QVector<RowChange> changes;
-    for (int i = 0; i < sorted.size(); ++i) {
+    for (int i = 0; i < sorted.size() && staying.size() < sorted.size(); ++i) {
         const int number = sorted.at(i);
         if (std::binary_search(staying.cbegin(), staying.cend(), number))
             continue;
@@ -115,15 +117,16 @@ QVector<RowChange> atOnce(const QVector<int> &numbers, const QVector<int> &sorte
             changes += change;
     };
     order(numbers);
-    if (numbers.size() > sorted.size())
-        changes += { RowChange::Remove, sorted.size(), numbers.size() - sorted.size(), 0, {} };
+    const int kept = int(sorted.size());
+    if (numbers.size() > kept)
+        changes += { RowChange::Remove, kept, int(numbers.size()) - kept, 0, {} };
 
     QVector<int> all = sorted;
     const QVector<RowChange> pieces = insertions(sorted, wanted);
     for (const RowChange &piece : pieces)
         all += piece.numbers;
     if (!pieces.isEmpty())
-        changes += { RowChange::Insert, sorted.size(), 0, 0, all.mid(sorted.size()) };
+        changes += { RowChange::Insert, kept, 0, 0, all.mid(kept) };
     order(all);
     return changes;
 }

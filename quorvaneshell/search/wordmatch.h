@@ -1,21 +1,36 @@
 #pragma once
 
+#include <quorvaneshell/quorvaneshell_export.h>
+
 #include <QString>
 #include <QStringList>
 
 namespace quorvane {
 
-// What people type to find something, and where it is found: words, in any order, each at the
-// beginning of a word of the text. Upper case, accents and width make no difference ("uber" finds
-// "Über"), and no character is special ("c++", "(").
+/*! \ingroup shell
+    \brief The text in the form in which texts are compared: without upper case, accents and differences
+    of width, so that "uber" is found in "Über".
 
-// The text in the form in which texts are compared.
-QString foldedText(const QString &text);
+    For finding what people type: words, in any order, each at the beginning of a word of the text. No
+    character is special ("c++", "(").
 
-// The words of what was typed, which blanks separate, in that form too.
-QStringList foldedWords(const QString &typed);
+    \code
+    const QStringList words = quorvane::foldedWords(typed);
+    const QString text = quorvane::foldedText(name);
+    const bool isFound = std::all_of(words.begin(), words.end(), [&text](const QString &word) {
+        return quorvane::beginsWord(text, word);
+    });
+    \endcode */
+QUORVANE_SHELL_EXPORT QString foldedText(const QString &text);
 
-// Whether the word stands at the beginning of a word of the text. Both are folded.
-bool beginsWord(const QString &text, const QString &word);
+/*! \ingroup shell
+    \brief The words of what was typed, which blanks separate, in the form of foldedText(). None for
+    blanks alone. */
+QUORVANE_SHELL_EXPORT QStringList foldedWords(const QString &typed);
+
+/*! \ingroup shell
+    \brief Whether a word stands at the beginning of a word of a text. Both have to be in the form of
+    foldedText(). */
+QUORVANE_SHELL_EXPORT bool beginsWord(const QString &text, const QString &word);
 
 } // namespace quorvane

@@ -1,6 +1,6 @@
 #include "fuzz.h"
 
-#include <quorvaneshell/notifications/notificationlist_p.h>
+#include <quorvaneshell/notifications/notificationadaptor_p.h>
 #include <quorvaneshell/notifications/notifications.h>
 #include <quorvaneshell/notifications/notificationservice_p.h>
 #include <quorvaneshell/notifications/styledbody_p.h>
@@ -56,8 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static Notifications notifications;
     static QDBusConnection client = [] {
         QObject::connect(&server, &QDBusServer::newConnection, [](QDBusConnection connection) {
-            const auto *service = NotificationList::shared()->findChild<NotificationService *>();
-            connection.registerObject("/", service->parent(), QDBusConnection::ExportAdaptors);
+            const auto service = NotificationService::shared();
+            QObject *exported = service->findChild<NotificationAdaptor *>()->parent();
+            connection.registerObject("/", exported, QDBusConnection::ExportAdaptors);
         });
         return QDBusConnection::connectToPeer(server.address(), "client");
     }();

@@ -44,7 +44,7 @@ class IconProviderTest : public QObject
     static QByteArray _chunk(const char *type, const QByteArray &content)
     {
         QByteArray size(4, 0);
-        qToBigEndian(content.size(), size.data());
+        qToBigEndian(int(content.size()), size.data());
         return size + type + content + "sum.";
     }
     static QString _told(const QImage &image)

@@ -31,6 +31,10 @@ class Menu(dbus.service.Object):
         print("asked", flush=True)
         return 0, self.layout
 
+    @dbus.service.method("com.canonical.dbusmenu", "isvu")
+    def Event(self, id, event, data, time):
+        print(event, id, flush=True)
+
     @dbus.service.signal("com.canonical.dbusmenu", "ui")
     def LayoutUpdated(self, revision, id):
         pass

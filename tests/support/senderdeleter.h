@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QMetaMethod>
+#include <QPointer>
 
-// Deletes an object inside its signal of that name.
+// Deletes an object inside its signal of that name, or another one instead.
 struct SenderDeleter : QObject
 {
-    SenderDeleter(const QObject *sender, const QByteArray &signal)
+    SenderDeleter(const QObject *sender, const QByteArray &signal, QObject *other = nullptr)
+        : _other(other)
     {
         for (int i = 0; i < sender->metaObject()->methodCount(); ++i) {
             if (sender->metaObject()->method(i).name() == signal)
@@ -14,7 +16,10 @@ struct SenderDeleter : QObject
     }
     int qt_metacall(QMetaObject::Call, int, void **) override
     {
-        delete sender();
+        delete (_other ? _other.data() : sender());
         return -1;
     }
+
+private:
+    const QPointer<QObject> _other;
 };

@@ -41,14 +41,15 @@ QPixmap IconEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State)
 void IconEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state)
 {
     const qreal ratio = painter->device()->devicePixelRatioF();
-    QPixmap picture = pixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state);
+    const QSize room = (QSizeF(rect.size()) * ratio).toSize();
+    QPixmap picture = pixmap(room, mode, state);
     if (picture.isNull())
         return;
     picture.setDevicePixelRatio(ratio);
-    const QSizeF size = QSizeF(picture.size()) / ratio;
-    const QPointF corner(rect.x() + (rect.width() - size.width()) / 2,
-                         rect.y() + (rect.height() - size.height()) / 2);
-    painter->drawPixmap(corner, picture);
+    // By whole pixels, or Qt would draw it between them.
+    const QPoint offset((room.width() - picture.width()) / 2,
+                        (room.height() - picture.height()) / 2);
+    painter->drawPixmap(rect.topLeft() + QPointF(offset) / ratio, picture);
 }
 
 } // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <quorvaneshell/pictures/iconcache_p.h>
 
+#include <QSet>
+
 namespace quorvane {
 
 namespace {
@@ -9,11 +11,12 @@ namespace {
 // Between the first and the last row that shows one of them.
 void announceIcons(ListModel *model, const QStringList &sources)
 {
+    const QSet<QString> read(sources.cbegin(), sources.cend());
     const int role = model->roleNames().key("iconSource", -1);
     int first = -1;
     int last = -1;
     for (int row = 0; row < model->count(); ++row) {
-        if (!sources.contains(model->index(row).data(role).toString()))
+        if (!read.contains(model->index(row).data(role).toString()))
             continue;
         last = row;
         if (first < 0)

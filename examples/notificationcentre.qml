@@ -24,7 +24,7 @@ Window {
                 id: content; x: 60; width: 290; bottomPadding: 12
                 Text { text: model.summary; font.bold: model.urgency > 1; textFormat: Text.PlainText }
                 Text { text: model.styledBody; width: 290; wrapMode: Text.Wrap; textFormat: Text.StyledText
-                       onLinkActivated: Qt.openUrlExternally(link) }
+                       onLinkActivated: link => Qt.openUrlExternally(link) }
                 Rectangle { width: 2.9 * model.progress; height: 4; visible: width > 0; color: "steelblue" }
                 Repeater {
                     model: actions

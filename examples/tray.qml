@@ -10,7 +10,7 @@ Window {
     function show(menu) { if (open) open.close(); open = menu; if (menu) menu.open() }
     width: 320; height: 320; visible: true
 
-    Tray { id: tray; onMenuRequested: panel.show(menu(key)) }
+    Tray { id: tray; onMenuRequested: key => panel.show(menu(key)) }
     Row {
         Repeater {
             model: tray
@@ -19,10 +19,10 @@ Window {
                 visible: model.status !== "Passive"; opacity: model.responds ? 1 : 0.4
                 MouseArea {
                     anchors.fill: parent; acceptedButtons: Qt.AllButtons
-                    onClicked: (mouse.button === Qt.RightButton ? tray.contextMenu
+                    onClicked: mouse => (mouse.button === Qt.RightButton ? tray.contextMenu
                         : mouse.button === Qt.MiddleButton ? tray.secondaryActivate
                         : tray.activate)(model.key, panel.x + mouse.x, panel.y + mouse.y)
-                    onWheel: tray.scroll(model.key, wheel.angleDelta.y)
+                    onWheel: wheel => tray.scroll(model.key, wheel.angleDelta.y)
                 }
             }
         }

@@ -51,7 +51,7 @@ Rectangle {
         acceptedButtons: Qt.LeftButton | Qt.MiddleButton
         cursorShape: card.notification.hasDefault ? Qt.PointingHandCursor : Qt.ArrowCursor
         hoverEnabled: true
-        onClicked: mouse.button === Qt.MiddleButton ? card.dismissed() : card.activate()
+        onClicked: mouse => mouse.button === Qt.MiddleButton ? card.dismissed() : card.activate()
     }
     DragHandler {
         id: swipe
@@ -110,7 +110,7 @@ Rectangle {
             textFormat: Text.StyledText
             visible: text !== ""
             wrapMode: Text.Wrap
-            onLinkActivated: Qt.openUrlExternally(link)
+            onLinkActivated: link => Qt.openUrlExternally(link)
         }
         Controls.ProgressBar {
             id: progress

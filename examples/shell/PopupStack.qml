@@ -74,7 +74,7 @@ Controls.Control {
                 width: stack.width
                 notification: model
                 now: stack.now
-                onAnswered: stack.notifications.invoke(model.id, key)
+                onAnswered: key => stack.notifications.invoke(model.id, key)
                 onDismissed: {
                     const item = fresh.items.get(DelegateModel.itemsIndex);
                     Qt.callLater(() => stack._drop(item)); // Not while the card itself is at it.

@@ -68,8 +68,8 @@ Controls.AbstractButton {
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.RightButton | Qt.MiddleButton
-        onClicked: item.click(mouse.button)
-        onWheel: wheel.angleDelta.y !== 0
+        onClicked: mouse => item.click(mouse.button)
+        onWheel: wheel => wheel.angleDelta.y !== 0
                  ? item.tray.scroll(item.model.key, wheel.angleDelta.y, "vertical")
                  : item.tray.scroll(item.model.key, wheel.angleDelta.x, "horizontal")
     }

@@ -1,5 +1,5 @@
-# The Debian packages that the demo needs, and those that the build of everything, the tests and the
-# benchmarks need besides. Sourced by ./check, ./demo and ./bench.
+# The Debian packages that the demo needs, what it needs besides to run with Qt 6, and what the build of
+# everything, the tests and the benchmarks need on top of both. Sourced by ./check, ./demo and ./bench.
 
 demo_packages='
     adwaita-icon-theme
@@ -28,6 +28,21 @@ demo_packages='
     xvfb
 '
 
+qt6_packages='
+    libqt6svg6
+    qml6-module-qtqml
+    qml6-module-qtqml-models
+    qml6-module-qtqml-workerscript
+    qml6-module-qtquick
+    qml6-module-qtquick-controls
+    qml6-module-qtquick-layouts
+    qml6-module-qtquick-templates
+    qml6-module-qtquick-window
+    qt6-base-dev
+    qt6-declarative-dev
+    qt6-declarative-dev-tools
+'
+
 other_packages='
     clang
     clang-format
@@ -44,14 +59,15 @@ other_packages='
     llvm
     python3-dbus
     qml
-    qt6-base-dev
+    qml-qt6
 '
 
-# require_packages demo|all: installs what is missing, as root or through sudo; on another distribution
+# require_packages demo|demo-qt6|all: installs what is missing, as root or through sudo; on another distribution
 # it says what is missing.
 require_packages() {
     wanted=$demo_packages
-    [ "$1" = demo ] || wanted="$wanted $other_packages"
+    [ "$1" = demo ] || wanted="$wanted $qt6_packages"
+    [ "$1" != all ] || wanted="$wanted $other_packages"
     missing=
     for package in $wanted; do
         case $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true) in

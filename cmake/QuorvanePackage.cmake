@@ -1,4 +1,5 @@
-# Installation: the library, its headers, the bus interfaces, and what other build systems find it by.
+# Installation: the libraries that are built, their headers, the bus interfaces, and what other build
+# systems find them by.
 
 include(CMakePackageConfigHelpers)
 
@@ -42,7 +43,59 @@ cmake_path(ABSOLUTE_PATH QUORVANE_INSTALL_INCLUDEDIR BASE_DIRECTORY "${CMAKE_INS
     OUTPUT_VARIABLE include_dir)
 file(RELATIVE_PATH pkgconfig_to_include
     "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${include_dir}")
-configure_file("${CMAKE_CURRENT_LIST_DIR}/quorvane.pc.in" "${generated_dir}/quorvane${QUORVANE_SUFFIX}.pc"
-    @ONLY)
-install(FILES "${generated_dir}/quorvane${QUORVANE_SUFFIX}.pc"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
+
+# quorvane_install_pkgconfig(library name description requirement...)
+function(quorvane_install_pkgconfig library name description)
+    list(JOIN ARGN ", " requirements)
+    string(REGEX REPLACE "^quorvane(.+)$" "quorvane-\\1" file "${library}")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/quorvane.pc.in"
+        "${generated_dir}/${file}${QUORVANE_SUFFIX}.pc" @ONLY)
+    install(FILES "${generated_dir}/${file}${QUORVANE_SUFFIX}.pc"
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
+endfunction()
+
+set(qt Qt${QUORVANE_QT})
+quorvane_install_pkgconfig(quorvane "Quorvane" "${PROJECT_DESCRIPTION}"
+    "${qt}Core >= ${QUORVANE_QT_VERSION}"
+    "${qt}Gui >= ${QUORVANE_QT_VERSION}"
+    "${qt}DBus >= ${QUORVANE_QT_VERSION}")
+
+# quorvane_install_library(component): a library that stands on Quorvane, with the headers of its folder,
+# as a component that is looked for when it is asked for.
+function(quorvane_install_library component)
+    string(TOLOWER quorvane${component} library)
+    # It finds the others wherever they are installed together.
+    set_target_properties(Quorvane${component} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS Quorvane${component} EXPORT ${QUORVANE_PACKAGE}${component}Targets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        COMPONENT library
+        NAMELINK_COMPONENT development
+    )
+    install(EXPORT ${QUORVANE_PACKAGE}${component}Targets NAMESPACE ${QUORVANE_PACKAGE}::
+        DESTINATION "${package_dir}" COMPONENT development)
+
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}"
+        "${PROJECT_SOURCE_DIR}/${library}/*.h")
+    list(FILTER headers EXCLUDE REGEX "_p\\.h$")
+    foreach(header IN LISTS headers)
+        get_filename_component(folder "${header}" DIRECTORY)
+        install(FILES "${PROJECT_SOURCE_DIR}/${header}"
+            DESTINATION "${QUORVANE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT development)
+    endforeach()
+    install(FILES "${PROJECT_BINARY_DIR}/${library}/${library}_export.h"
+        DESTINATION "${QUORVANE_INSTALL_INCLUDEDIR}/${library}" COMPONENT development)
+endfunction()
+
+if(TARGET QuorvaneShell)
+    quorvane_install_library(Shell)
+    quorvane_install_pkgconfig(quorvaneshell "Quorvane Shell"
+        "Applications, notifications and the tray as list models for shells of Qt on Linux"
+        "quorvane${QUORVANE_SUFFIX} = ${PROJECT_VERSION}")
+endif()
+if(TARGET QuorvaneWidgets)
+    quorvane_install_library(Widgets)
+    quorvane_install_pkgconfig(quorvanewidgets "Quorvane Widgets"
+        "What shells of Qt Widgets need besides"
+        "quorvane-shell${QUORVANE_SUFFIX} = ${PROJECT_VERSION}"
+        "${qt}Widgets >= ${QUORVANE_QT_VERSION}")
+endif()

@@ -11,7 +11,7 @@ Window {
     Applications {
         id: applications
         search: input.text
-        onFailed: failure.text = message
+        onFailed: (appId, message) => failure.text = message
     }
     TextInput {
         id: input

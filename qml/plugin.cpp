@@ -1,9 +1,9 @@
 #include "basedirectories.h"
 #include "iconprovider.h"
+#include "keptdesktopentries.h"
 #include "sortfilterproxymodel.h"
 
 #include <quorvane/desktop/autostart.h>
-#include <quorvane/desktop/desktopentries.h>
 #include <quorvane/desktop/desktopfilter.h>
 #include <quorvane/desktop/entry.h>
 #include <quorvane/notifications/notificationactions.h>
@@ -47,7 +47,7 @@ public:
                 [](QQmlEngine *, QJSEngine *) -> QObject * { return new BaseDirectories; });
 
         registerType<xdg::Entry>(uri, "Entry");
-        registerType<xdg::DesktopEntries>(uri, "DesktopEntries");
+        registerType<KeptDesktopEntries>(uri, "DesktopEntries");
         registerType<xdg::DesktopFilter>(uri, "DesktopFilter");
         registerType<xdg::AutoStart>(uri, "AutoStart");
 

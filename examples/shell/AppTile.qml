@@ -54,7 +54,7 @@ Controls.AbstractButton {
 
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: tile.menuRequested(eventPoint.position.x, eventPoint.position.y)
+        onTapped: eventPoint => tile.menuRequested(eventPoint.position.x, eventPoint.position.y)
     }
     DropArea {
         id: drop

@@ -41,7 +41,7 @@ FocusScope {
             applications.category = "";
         search.forceActiveFocus();
     }
-    Keys.onPressed: {
+    Keys.onPressed: event => {
         // Letters go to the search wherever the keyboard is.
         if (/^[^\s\x00-\x1f\x7f]/.test(event.text) && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier))) {
             search.forceActiveFocus();
@@ -108,7 +108,7 @@ FocusScope {
             textOf: category => category === "" ? "All" : launcher.applications.categoryName(category)
             visible: model.length > 1
             Accessible.name: "Categories"
-            onChose: launcher.applications.category = choice
+            onChose: choice => launcher.applications.category = choice
         }
 
         GridView {
@@ -132,7 +132,7 @@ FocusScope {
             Keys.onDeletePressed: if (currentItem) currentItem.stopRequested()
             Keys.onMenuPressed: launcher.showMenu(currentIndex, cellWidth / 2, cellHeight / 2)
             Keys.onUpPressed: currentIndex < _columns ? search.forceActiveFocus() : moveCurrentIndexUp()
-            Keys.onPressed: {
+            Keys.onPressed: event => {
                 const to = { [Qt.Key_Home]: 0, [Qt.Key_End]: count,
                              [Qt.Key_PageUp]: currentIndex - _page,
                              [Qt.Key_PageDown]: currentIndex + _page }[event.key];
@@ -154,8 +154,8 @@ FocusScope {
                     grid.currentIndex = index;
                     launcher.launch(index);
                 }
-                onFilesDropped: launcher.applications.launch(model.appId, urls)
-                onMenuRequested: launcher.showMenu(index, x, y)
+                onFilesDropped: urls => launcher.applications.launch(model.appId, urls)
+                onMenuRequested: (x, y) => launcher.showMenu(index, x, y)
                 onStopRequested: launcher.applications.stop(model.appId)
             }
 

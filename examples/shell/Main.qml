@@ -35,7 +35,7 @@ Controls.ApplicationWindow {
 
     Applications {
         id: programs
-        onFailed: notice.show((programs.find(appId).name || appId) + ": " + message
+        onFailed: (appId, message) => notice.show((programs.find(appId).name || appId) + ": " + message
                               + "\nIts menu starts it in a terminal, where you can read what it says.", 8000)
     }
     Notifications {
@@ -59,7 +59,7 @@ Controls.ApplicationWindow {
             textOf: pane => pane === "Notifications" && centrePane.list.count > 0
                             ? pane + " (" + centrePane.list.count + ")" : pane
             Accessible.name: "Panes"
-            onChose: chosen = choice
+            onChose: choice => chosen = choice
         }
     }
     footer: TrayBar {

@@ -125,23 +125,27 @@ FocusScope {
                 Layout.fillWidth: true
                 font { bold: true; pixelSize: Theme.headingText }
             }
-            PushButton {
-                id: hush
+            Row {
+                spacing: Theme.gap
 
-                checkable: true
-                text: "Quiet"
-                Accessible.name: "Do not disturb"
-                onToggled: centre.quiet = checked
+                PushButton {
+                    id: hush
 
-                Tip {
-                    text: "Do not disturb: only what is critical pops up"
-                    visible: hush.hovered
+                    checkable: true
+                    text: "Quiet"
+                    Accessible.name: "Do not disturb"
+                    onToggled: centre.quiet = checked
+
+                    Tip {
+                        text: "Do not disturb: only what is critical pops up"
+                        visible: hush.hovered
+                    }
                 }
-            }
-            PushButton {
-                text: "Clear all"
-                visible: list.count > 0
-                onClicked: centre.notifications.clear()
+                PushButton {
+                    text: "Clear all"
+                    visible: list.count > 0
+                    onClicked: centre.notifications.clear()
+                }
             }
         }
 

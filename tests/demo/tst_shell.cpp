@@ -6,6 +6,9 @@
 #include <QQuickWindow>
 #include <QtTest>
 
+#include <algorithm>
+#include <cmath>
+
 // What a pointer and a keyboard do to the demo shell; the walk through it has neither.
 class ShellTest : public QObject
 {
@@ -76,6 +79,17 @@ class ShellTest : public QObject
     QQmlApplicationEngine _engine;
     QQuickWindow *_window = nullptr;
 
+    // From 1, where both are the same, to 21, as in the Web Content Accessibility Guidelines.
+    static double _contrast(QRgb one, QRgb other)
+    {
+        const auto luminance = [](QRgb color) {
+            const auto linear = [](int part) { return std::pow(part / 255.0, 2.2); };
+            return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color))
+                   + 0.0722 * linear(qBlue(color)) + 0.05;
+        };
+        return qMax(luminance(one), luminance(other)) / qMin(luminance(one), luminance(other));
+    }
+
 private Q_SLOTS:
     void initTestCase()
     {
@@ -89,6 +103,32 @@ private Q_SLOTS:
         for (const char *summary : { "One", "Two", "Three" })
             _post({ summary });
         QTRY_COMPARE(_texts("PopupStack"), "Three Two One");
+    }
+
+    void theWalkLeftPicturesThatCanBeRead_data()
+    {
+        QTest::addColumn<bool>("isDark");
+        QTest::newRow("demo.png") << false;
+        QTest::newRow("demo-dark.png") << true;
+    }
+
+    void theWalkLeftPicturesThatCanBeRead()
+    {
+        QFETCH(bool, isDark);
+        const QImage picture(QDir(PICTURES).filePath(QTest::currentDataTag()));
+        QHash<QRgb, int> pixels;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                ++pixels[picture.pixel(x, y)];
+        QList<QRgb> colors = pixels.keys();
+        std::sort(colors.begin(), colors.end(),
+                  [&pixels](QRgb one, QRgb other) { return pixels[one] > pixels[other]; });
+        QVERIFY(colors.size() > 20);
+        QCOMPARE(qGray(colors[0]) < 80, isDark); // The background, and behind it
+        colors.erase(colors.begin() + 20, colors.end());
+        QVERIFY(std::any_of(colors.begin(), colors.end(), [&colors](QRgb color) { // the texts.
+            return _contrast(color, colors[0]) > 10;
+        }));
     }
 
     void thePointerStopsTheTimeOfAllPopUps()

@@ -22,13 +22,22 @@ DEB_BUILD_OPTIONS=noautodbgsym dpkg-buildpackage --build=binary --no-sign
 cd "$work"
 
 lintian --fail-on error,warning ./*.changes
-dpkg-deb --field libquorvane1_*.deb Depends | grep libqt5dbus5
-dpkg-deb --field libquorvane-qt6-1_*.deb Depends | grep libqt6dbus6
-dpkg-deb --field qml-module-quorvane_*.deb Depends | grep libquorvane1
+# depends PACKAGE LIBRARY
+depends() { dpkg-deb --field "$1"_*.deb Depends | grep "$2"; }
+depends libquorvane1 libqt5dbus5
+depends libquorvane-qt6-1 libqt6dbus6
+depends libquorvaneshell1 libquorvane1
+depends libquorvaneshell-qt6-1 libquorvane-qt6-1
+depends libquorvanewidgets1 libqt5widgets5
+depends libquorvanewidgets-qt6-1 libqt6widgets6
+depends qml-module-quorvane libquorvaneshell1
+depends qml6-module-quorvane libquorvaneshell-qt6-1
 for package in ./*.deb; do
     dpkg-deb --extract "$package" root
 done
-if readelf --dynamic "$(find root -name libquorvaneplugin.so)" | grep RUNPATH; then
-    echo 'the packaged plugin looks for its library by itself' >&2
-    exit 1
-fi
+find root -name 'lib*.so' | while read -r library; do
+    if readelf --dynamic "$library" | grep RUNPATH; then
+        echo "$library looks for its library by itself" >&2
+        exit 1
+    fi
+done

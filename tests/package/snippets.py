@@ -16,7 +16,7 @@ code = [flat(file.read_text()) for file in (root / "examples").rglob("*") if fil
 
 checked = 0
 stray = []
-pages = [root / "README.md", *sorted((root / "docs").glob("*.md")), *(root / "quorvane").glob("*/*.h")]
+pages = [root / "README.md", *sorted((root / "docs").glob("*.md")), *root.glob("quorvane*/**/*.h")]
 for page in pages:
     fences = r"^ *\\code\n(.*?)^ *\\endcode" if page.suffix == ".h" else r"^```(?:cpp|qml)\n(.*?)^```"
     for snippet in re.findall(fences, page.read_text(), re.S | re.M):

@@ -7,5 +7,5 @@ if [ "${1-}" = --help ]; then
     exit 0
 fi
 cd "$(dirname "$0")/../.."
-find quorvane qml examples tests benchmarks -name '*.cpp' -o -name '*.h' |
+find quorvane quorvaneshell quorvanewidgets qml examples tests benchmarks -name '*.cpp' -o -name '*.h' |
     xargs clang-format --dry-run -Werror

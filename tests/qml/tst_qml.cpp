@@ -1,3 +1,4 @@
+#include <quorvane/desktop/entry.h>
 #include <quorvane/notifications/notificationmanager.h>
 
 #include "desktopfixture.h"
@@ -70,7 +71,7 @@ private Q_SLOTS:
             property int raised
             property AutoStart autostart: AutoStart { }
             appId: 'app'
-            onRaiseProcess: raised = pid
+            onRaiseProcess: function(pid) { raised = pid }
             function begin() { autostart.start('Desktop Entry/Name', 'app'); start([]) }
             function end() { stop([]) }
             function run() { return data('Desktop Entry/Keywords') }
@@ -84,11 +85,36 @@ private Q_SLOTS:
         QTRY_COMPARE(_run(object), " stopped");
     }
 
+    void whatAMethodReturnsOutlivesTheGarbage()
+    {
+        const DesktopFixture fixture;
+        fixture.app("app", { "Name=App", "Exec=true" });
+        const auto object = _create(R"(QtObject {
+            property DesktopEntries entries: DesktopEntries { }
+            property DesktopFilter filter: DesktopFilter { model: entries }
+            property SortFilterProxyModel proxy: SortFilterProxyModel { sourceModel: filter }
+            function run() {
+                return [entries, filter, proxy].filter(function(model) {
+                    return model.data(model.index(0, 0), 267)
+                }).length
+            }
+        })");
+        QTRY_COMPARE(_run(object), "3");
+        const auto *entries = object->property("entries").value<QAbstractItemModel *>();
+        const QPointer<const xdg::Entry> entry(
+                entries->index(0, 0).data(267).value<const xdg::Entry *>());
+        QVERIFY(entry);
+        _engine.collectGarbage();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(entry);
+        QCOMPARE(_run(object), "3");
+    }
+
     void aViewBehindTheProxyKeepsItsCount()
     {
         const auto object = _create(R"(ListView {
             property NotificationManager manager: NotificationManager { }
-            property Notifier peer: Notifier { onActionInvoked: action; onNotificationClosed: reason }
+            property Notifier peer: Notifier { }
             model: SortFilterProxyModel { sourceModel: manager }
             height: 100
             delegate: Text { height: 10; text: model.summary }
@@ -158,7 +184,7 @@ private Q_SLOTS:
             property Component items: Component {
                 StatusNotifierItem {
                     title: 'Kettle'
-                    onActivated: clicks += x + ',' + y
+                    onActivated: function(x, y) { clicks += x + ',' + y }
                     onSecondaryActivated: clicks += ' second'
                 }
             }

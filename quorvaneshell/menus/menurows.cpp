@@ -3,6 +3,8 @@
 #include "menuconnection_p.h"
 #include "traymenu_p.h"
 
+#include <quorvaneshell/rows/changedroles_p.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -25,23 +27,6 @@ QVariantMap updated(QVariantMap properties, const QVariantMap &update)
             properties.remove(property.key());
     }
     return properties;
-}
-
-// With those of Qt that show the same.
-QVector<int> changedRoles(const QVector<QVariant> &before, const QVector<QVariant> &after)
-{
-    QVector<int> roles;
-    for (int i = 0; i < before.size(); ++i) {
-        if (before.at(i) == after.at(i))
-            continue;
-        const int role = TrayMenu::IdRole + i;
-        roles += role;
-        if (role == TrayMenu::LabelRole)
-            roles += { Qt::DisplayRole, Qt::ToolTipRole };
-        else if (role == TrayMenu::IconSourceRole)
-            roles += Qt::DecorationRole;
-    }
-    return roles;
 }
 
 } // namespace
@@ -115,15 +100,15 @@ void MenuRows::_change(int row, const QVariantMap &properties, bool hasItems)
     if (changed.properties() == properties
         && (changed.submenu != nullptr) == (hasItems || isSubmenu(properties)))
         return;
-    const auto values = [this, row] {
-        QVector<QVariant> values;
-        for (int role = TrayMenu::IdRole; role <= TrayMenu::ShortcutRole; ++role)
-            values += value(row, role);
-        return values;
-    };
-    const QVector<QVariant> before = values();
+    QHash<int, QVariant> before;
+    for (int role = TrayMenu::IdRole; role <= TrayMenu::ShortcutRole; ++role)
+        before.insert(role, value(row, role));
+    for (const int role : { Qt::DisplayRole, Qt::ToolTipRole })
+        before.insert(role, value(row, role));
     const QPointer<TrayMenu> gone = _assign(&changed, properties, hasItems);
-    const QVector<int> roles = changedRoles(before, values());
+    const QVector<int> roles = changedRoles(
+            *_model, [&before](int role) { return before.value(role); },
+            [this, row](int role) { return value(row, role); });
     const QModelIndex index = _model->index(row);
     if (!roles.isEmpty())
         Q_EMIT _model->dataChanged(index, index, roles);

@@ -1,5 +1,5 @@
-#include "patience.h"
 #include "senderdeleter.h"
+#include "trayprogram.h"
 
 #include <quorvaneshell/bus/patientcall_p.h>
 #include <quorvaneshell/menus/traymenu.h>
@@ -13,25 +13,6 @@
 #include <memory>
 
 using namespace quorvane;
-
-// A program with items or a registry, of the library or in Python. It ends with the object.
-struct Peer : QProcess
-{
-    explicit Peer(const QString &what, const QString &name = "peer")
-    {
-        setProcessChannelMode(MergedChannels);
-        what.endsWith(".py") ? start("/usr/bin/python3", { what })
-                             : start(TRAYPEER, { what, name });
-        QTRY_VERIFY(says("ready"));
-    }
-    ~Peer() override
-    {
-        kill();
-        waitForFinished();
-    }
-    void tell(const QByteArray &line) { write(line + '\n'); }
-    bool says(const QByteArray &text, int times = 1) { return peek(99999).count(text) >= times; }
-};
 
 // The values of some roles in all rows.
 static QString text(const Tray &tray, const QString &roles)
@@ -148,6 +129,7 @@ private Q_SLOTS:
         Peer other("item", "other");
         SHOWS(tray, "itemId", "other, odd");
         kill(pid_t(stopped.processId()), SIGSTOP);
+        QSignalSpy failed(&tray, &Tray::failed);
         QElapsedTimer clock;
         clock.start();
         for (int i = 0; i < 1000; ++i) {
@@ -157,9 +139,30 @@ private Q_SLOTS:
         QVERIFY(clock.elapsed() < 2000);
         other.tell("title x");
         SHOWS(tray, "itemId title responds", "other|x|true, odd||false");
+        QTRY_COMPARE(failed.value(0), QVariantList({ key(tray, 1), "odd does not answer" }));
         kill(pid_t(stopped.processId()), SIGCONT);
         SHOWS(tray, "responds", "true, true");
         SAYS(stopped, "scroll 999 vertical");
+        QCOMPARE(failed.size(), 1);
+    }
+
+    void aClickMayFail()
+    {
+        Tray tray;
+        Peer peer(ITEMPEER);
+        peer.tell("register('/item')");
+        SHOWS(tray, "itemId", "odd");
+        QSignalSpy failed(&tray, &Tray::failed);
+        const QString key = ::key(tray, 0);
+        tray.secondaryActivate(key, 1, 2); // It knows no such click,
+        tray.scroll(key, 1, Qt::Horizontal);
+        tray.contextMenu(key, 1, 2); // and has nothing to show.
+        SAYS(peer, "scroll 1 horizontal");
+        QTRY_COMPARE(failed.size(), 1);
+        QVERIFY(failed.at(0).at(1).toString().contains("ContextMenu"));
+        QCOMPARE(tray.indexOf(key), 0);
+        QCOMPARE(tray.index(0).data(), tray.find(key).value("itemId"));
+        QVERIFY(tray.indexOf("unknown") == -1 && tray.find("unknown").isEmpty());
     }
 
     void theRegistryMayChangeHands()
@@ -312,8 +315,9 @@ private Q_SLOTS:
     void aSlotMayDeleteTheTray_data()
     {
         QTest::addColumn<QByteArray>("signal");
-        for (const char *signal : { "countChanged", "registeredChanged", "ownerChanged",
-                                    "menuRequested", "rowsInserted", "rowsRemoved", "dataChanged" })
+        for (const char *signal :
+             { "countChanged", "registeredChanged", "ownerChanged", "menuRequested", "failed",
+               "rowsInserted", "rowsRemoved", "dataChanged" })
             QTest::newRow(signal) << QByteArray(signal);
     }
     void aSlotMayDeleteTheTray()
@@ -323,6 +327,8 @@ private Q_SLOTS:
                                                                       : nullptr);
         Peer indicator(MENUPEER);
         indicator.tell("indicator.set_status(1)");
+        Peer odd(ITEMPEER);
+        odd.tell("register('/item')");
         const QPointer<Tray> tray(new Tray);
         const auto end = qScopeGuard([&tray] {
             if (tray)
@@ -335,6 +341,8 @@ private Q_SLOTS:
                 return;
             indicator.tell("indicator.set_title('" + QByteArray::number(++number) + "')");
             tray->contextMenu(key(*tray, 0), 0, 0);
+            if (tray)
+                tray->contextMenu(key(*tray, tray->rowCount() - 1), 0, 0);
             if (signal == "rowsRemoved")
                 indicator.kill();
         };

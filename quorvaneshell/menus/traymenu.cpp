@@ -5,6 +5,7 @@
 #include <quorvaneshell/bus/validnames_p.h>
 #include <quorvaneshell/pictures/iconsource_p.h>
 #include <quorvaneshell/pictures/picturereader_p.h>
+#include <quorvaneshell/pictures/scaledimage_p.h>
 
 #include <QCryptographicHash>
 
@@ -18,14 +19,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int maximalSide = 64;
-
-QImage readIcon(const QByteArray &png)
-{
-    const QImage image = readPicture(png);
-    if (image.width() <= maximalSide && image.height() <= maximalSide)
-        return image;
-    return image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-}
 
 QByteArray digestOf(const QByteArray &data)
 {
@@ -395,7 +388,7 @@ QPointer<TrayMenu> TrayMenu::_assign(Row *row, const QVariantMap &properties, bo
         const QByteArray other = data.isEmpty() ? data : digestOf(data);
         row->properties.insert(picture, other);
         if (other != digest)
-            row->pictureSource = row->picture->show(readIcon(data));
+            row->pictureSource = row->picture->show(limitedImage(readPicture(data), maximalSide));
     }
 
     if (!hasItems && !isSubmenu(properties))

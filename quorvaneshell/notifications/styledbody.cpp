@@ -70,7 +70,7 @@ QString entityText(const QString &name)
     if (name.startsWith(QLatin1Char('#'))) {
         const bool hexadecimal = name.size() > 1 && name.at(1).toLower() == QLatin1Char('x');
         const QString digits = name.mid(hexadecimal ? 2 : 1);
-        const uint code = digits.toUInt(nullptr, hexadecimal ? 16 : 10);
+        const char32_t code = digits.toUInt(nullptr, hexadecimal ? 16 : 10);
         const bool character
                 = code != 0 && code <= QChar::LastValidCodePoint && !QChar::isSurrogate(code);
         return character ? QString::fromUcs4(&code, 1) : QString();

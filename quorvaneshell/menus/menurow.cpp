@@ -5,6 +5,7 @@
 #include <quorvaneshell/pictures/icon.h>
 #include <quorvaneshell/pictures/iconsource_p.h>
 #include <quorvaneshell/pictures/picturereader_p.h>
+#include <quorvaneshell/pictures/scaledimage_p.h>
 
 #include <QCryptographicHash>
 
@@ -13,14 +14,6 @@ namespace quorvane {
 namespace {
 
 constexpr int maximalSide = 64;
-
-QImage readIcon(const QByteArray &png)
-{
-    const QImage image = readPicture(png);
-    if (image.width() <= maximalSide && image.height() <= maximalSide)
-        return image;
-    return image.scaled(maximalSide, maximalSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-}
 
 QByteArray digestOf(const QByteArray &data)
 {
@@ -70,7 +63,7 @@ void MenuRow::setProperties(const QVariantMap &properties)
     const QByteArray other = data.isEmpty() ? data : digestOf(data);
     _properties.insert(picture, other);
     if (other != digest)
-        _pictureSource = _picture->show(readIcon(data));
+        _pictureSource = _picture->show(limitedImage(readPicture(data), maximalSide));
 }
 
 QVariant MenuRow::value(int role, const QString &themePath) const

@@ -1,5 +1,7 @@
 #include "notificationimage_p.h"
 
+#include <quorvaneshell/pictures/scaledimage_p.h>
+
 #include <algorithm>
 
 namespace quorvane {
@@ -42,16 +44,9 @@ QImage notificationImage(const QDBusArgument &argument)
     return notificationImage(image);
 }
 
-// The first, rough step keeps large pictures cheap.
 QImage notificationImage(const QImage &image)
 {
-    const auto atMost = [](const QImage &large, int side, Qt::TransformationMode mode) {
-        const bool fits = qMax(large.width(), large.height()) <= side;
-        const QSize size = large.size().scaled(side, side, Qt::KeepAspectRatio);
-        return fits ? large : large.scaled(size.expandedTo({ 1, 1 }), Qt::IgnoreAspectRatio, mode);
-    };
-    return atMost(atMost(image, 2 * longestSide, Qt::FastTransformation), longestSide,
-                  Qt::SmoothTransformation);
+    return limitedImage(image, longestSide);
 }
 
 } // namespace quorvane

@@ -57,9 +57,9 @@ class NotificationsPrivate;
     Of what is sent the first 1,024 characters of a text are kept, 16,384 of a body (32,768 with 50
     links in styledBody), 8 combining marks on a letter, 32 actions with 100 characters each (those
     whose keys are longer together are left out), the first 64 hints, and pictures of at most 320
-    pixels a side; one of more than 40 MB counts as not sent. All pictures together have 32 MB; beyond it the
-    oldest lose theirs. A picture's file is read once, when the post comes and in a thread: iconSource
-    follows, with dataChanged().
+    pixels a side; one of more than 40 MB counts as not sent. All pictures together have 32 MB; beyond
+    it the oldest lose theirs. A picture's file is read once, when the post comes and in a thread:
+    iconSource follows, with dataChanged().
 
     Rows are inserted, removed and changed; where it would take more than 100 such steps the layout
     changes; the model is never reset. dataChanged() names the roles that changed.

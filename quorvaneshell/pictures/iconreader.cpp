@@ -7,32 +7,20 @@ namespace quorvane {
 
 namespace {
 
-// Never destroyed, as its threads may not end.
-class Threads
-{
-public:
-    explicit Threads(int number)
-        : _pool(new QThreadPool)
-    {
-        _pool->setMaxThreadCount(number);
-    }
-    QThreadPool *operator->() const { return _pool; }
-
-private:
-    QThreadPool *const _pool;
-};
-
+// Never destroyed, as their threads may not end.
 struct Readers
 {
-    // Fonts need an application.
+    // Fonts need an application. A disk that doesn't answer is not waited for.
     Readers()
     {
+        forThemes.setMaxThreadCount(2);
+        forFiles.setMaxThreadCount(4);
         qAddPostRoutine([] {
-            constexpr int patience = 1000; // Milliseconds.
-            for (const Threads *threads : { &instance().forThemes, &instance().forFiles }) {
-                (*threads)->clear();
-                (*threads)->waitForDone(patience);
-            }
+            constexpr int patience = 5000; // Milliseconds.
+            instance().forThemes.clear();
+            instance().forFiles.clear();
+            instance().forThemes.waitForDone();
+            instance().forFiles.waitForDone(patience);
         });
     }
     static Readers &instance()
@@ -41,8 +29,8 @@ struct Readers
         return *readers;
     }
 
-    const Threads forThemes { 2 };
-    const Threads forFiles { 4 };
+    QThreadPool forThemes;
+    QThreadPool forFiles;
 };
 
 } // namespace
@@ -50,10 +38,10 @@ struct Readers
 void readIconInThread(const IconSource &source, const QSize &room, const IconThemes &themes,
                       const std::function<void(const IconPicture &)> &done, bool isUrgent)
 {
-    const Readers &readers = Readers::instance();
+    Readers &readers = Readers::instance();
     const bool isOfTheme = !source.isPath() && source.folder.isEmpty();
-    const Threads &threads = isOfTheme ? readers.forThemes : readers.forFiles;
-    threads->start([=] { done(iconPicture(source, room, themes)); }, isUrgent ? 1 : 0);
+    QThreadPool &threads = isOfTheme ? readers.forThemes : readers.forFiles;
+    threads.start([=] { done(iconPicture(source, room, themes)); }, isUrgent ? 1 : 0);
 }
 
 } // namespace quorvane

@@ -82,10 +82,21 @@ QString iconSource(const QString &icon, const QString &themePath, const QString 
     if (themePath.isEmpty() && pixels.isEmpty() && stamp.isEmpty())
         return start + QLatin1String("icon/") + encoded(icon);
     // Twice, as Qt decodes what it can of a URL, even a slash, but never a percent sign.
-    QStringList parts { icon, themePath, pixels.section(QLatin1Char('/'), -1), stamp };
+    const quint64 number = pixelsNumber(pixels);
+    QStringList parts { icon, themePath, number > 0 ? QString::number(number) : QString(), stamp };
     for (QString &part : parts)
         part = part.isEmpty() ? QStringLiteral("-") : encoded(encoded(part));
     return start + QLatin1String("themed/") + parts.join(QLatin1Char('/'));
+}
+
+QString pixelsSource(quint64 number)
+{
+    return start + QLatin1String("pixels/") + QString::number(number);
+}
+
+quint64 pixelsNumber(const QString &source)
+{
+    return source.section(QLatin1Char('/'), -1).toULongLong();
 }
 
 IconSource IconSource::of(const QString &text)

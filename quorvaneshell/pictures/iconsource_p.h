@@ -14,7 +14,11 @@ namespace quorvane {
 QString iconSource(const QString &icon, const QString &themePath = {}, const QString &pixels = {},
                    const QString &stamp = {});
 
-// What such a URL says, behind image://quorvane/:
+// The URL of a picture in ImageStore, and its number from that, or from the number alone; 0 for none.
+QString pixelsSource(quint64 number);
+quint64 pixelsNumber(const QString &source);
+
+// What such URLs say, behind image://quorvane/:
 //
 // - icon/ICON: a name, a path, or a file URL (no other scheme). Paths may come without an ending,
 //   names with one: ".png", ".svg" or ".xpm".

@@ -1,5 +1,7 @@
 #include "imagestore_p.h"
 
+#include "iconsource_p.h"
+
 #include <QHash>
 #include <QMutex>
 
@@ -16,30 +18,25 @@ struct Store
 
 Q_GLOBAL_STATIC(Store, store)
 
-quint64 number(const QString &source)
-{
-    return source.section(QLatin1Char('/'), -1).toULongLong();
-}
-
 } // namespace
 
 QString ImageStore::add(const QImage &image)
 {
     const QMutexLocker lock(&store->mutex);
     store->images.insert(++store->last, image);
-    return QStringLiteral("image://quorvane/pixels/%1").arg(store->last);
+    return pixelsSource(store->last);
 }
 
 void ImageStore::remove(const QString &source)
 {
     const QMutexLocker lock(&store->mutex);
-    store->images.remove(number(source));
+    store->images.remove(pixelsNumber(source));
 }
 
 QImage ImageStore::find(const QString &source)
 {
     const QMutexLocker lock(&store->mutex);
-    return store->images.value(number(source));
+    return store->images.value(pixelsNumber(source));
 }
 
 } // namespace quorvane

@@ -58,12 +58,8 @@ QUORVANE_SHELL_EXPORT void readIcon(const QString &source, const QSize &size, QO
 /*! \ingroup shell
     \brief Tells when icons that were painted as a tile, because reading them took long, have come.
 
-    For a button, for instance, or a model of one's own:
-
-    \code
-    auto *watcher = new quorvane::IconWatcher(button);
-    connect(watcher, &quorvane::IconWatcher::iconsRead, button, qOverload<>(&QWidget::update));
-    \endcode
+    A button, for instance, has its QWidget::update() connected to iconsRead(); a model of one's own
+    announces Qt::DecorationRole.
 
     For the GUI thread. */
 class QUORVANE_SHELL_EXPORT IconWatcher : public QObject

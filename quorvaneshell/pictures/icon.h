@@ -62,7 +62,8 @@ QUORVANE_SHELL_EXPORT void readIcon(const QString &source, const QSize &size, QO
 
     \code
     auto *watcher = new quorvane::IconWatcher(button);
-    connect(watcher, &quorvane::IconWatcher::iconsRead, button, qOverload<>(&QWidget::update));
+    QObject::connect(watcher, &quorvane::IconWatcher::iconsRead, button,
+                     qOverload<>(&QWidget::update));
     \endcode
 
     For the GUI thread. */

@@ -217,6 +217,8 @@ void MimeHandlers::_readLists(const QString &folder, bool hasEntries)
 
 QStringList MimeHandlers::handlers(const QString &mimeType) const
 {
+    if (!isMimeType(mimeType))
+        return {};
     Search search(*this);
     const QStringList types = typesOf(mimeType);
     for (const QString &type : types) {

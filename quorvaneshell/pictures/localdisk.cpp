@@ -42,7 +42,8 @@ QHash<QByteArray, bool> mounts()
         if (separator < 5 || fields.size() < separator + 3)
             continue;
         const QByteArray type = fields.at(separator + 1);
-        const bool isInMemory = type == "tmpfs" || type == "ramfs" || type == "overlay";
+        const bool isInMemory
+                = type == "tmpfs" || type == "devtmpfs" || type == "ramfs" || type == "overlay";
         const bool isOfProgram = type == "fuse" || type.startsWith("fuse.");
         const bool isOnDisk
                 = type == "zfs" || (!isOfProgram && fields.at(separator + 2).startsWith("/dev/"));

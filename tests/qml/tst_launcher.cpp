@@ -1,4 +1,4 @@
-#include "desktop_fixture.h"
+#include "desktopfixture.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>

@@ -37,7 +37,7 @@ private Q_SLOTS:
         qputenv("XDG_STATE_HOME", _fixture.path("state").toLocal8Bit());
         _fixture.app("a", { "Type=Application", "Name=a", "Exec=true" });
         _fixture.app("b", { "Type=Application", "Name=b", "MimeType=x-scheme-handler/demo;",
-                            "Exec=" + _fixture.childCommand("started") });
+                            "Exec=" + _fixture.childCommand("started", "%u") });
         QQmlEngine engine;
         engine.addImportPath(IMPORT_PATH);
         QQmlComponent component(&engine);

@@ -40,20 +40,21 @@ QStringList listNames()
     return names;
 }
 
-// Any name that the type has, its own first, then what it is a kind of. All types are kinds of a
-// sequence of bytes, but whoever opens these is not meant.
+// What the type is called, its usual name first, and then all that it is a kind of. All types are
+// kinds of a sequence of bytes, but whoever opens these is not meant.
 QStringList typesOf(const QString &mimeType)
 {
-    QStringList types { mimeType };
-    const QMimeType known = QMimeDatabase().mimeTypeForName(mimeType);
-    if (known.isValid()) {
-        types += known.name();
-        for (const QString &ancestor : known.allAncestors()) {
-            if (ancestor != QLatin1String("application/octet-stream"))
-                types += ancestor;
-        }
-        types.removeDuplicates();
+    const QMimeDatabase database;
+    const QMimeType known = database.mimeTypeForName(mimeType);
+    if (!known.isValid())
+        return { mimeType };
+    QStringList types;
+    const QStringList names = QStringList(known.name()) + known.allAncestors();
+    for (const QString &name : names) {
+        if (name == known.name() || name != QLatin1String("application/octet-stream"))
+            types += QStringList(name) + database.mimeTypeForName(name).aliases();
     }
+    types.removeDuplicates();
     return types;
 }
 

@@ -162,7 +162,7 @@ private Q_SLOTS:
         _app("old", "image/png;", "one");
         _app("masked", "image/png;", "one");
         _app("masked", "audio/flac;");
-        _app("files", "inode/directory;");
+        _app("files", "inode/directory;text/xml;");
         _write("one/applications/mimeinfo.cache",
                "[MIME Cache]\nimage/png=gone.desktop;viewer.desktop;masked.desktop;old.desktop;\n");
         QCOMPARE(mkfifo(qPrintable(_fixture.path("home/applications/pipe.desktop")), 0600), 0);
@@ -171,6 +171,7 @@ private Q_SLOTS:
         QCOMPARE(names("image/png"), "viewer old");
         QCOMPARE(names("text/html; charset=utf-8"), "browser editor");
         QCOMPARE(names("https://example.org/a.png"), "browser");
+        QCOMPARE(names("image/svg+xml"), "files editor");
         QCOMPARE(names("image/x-unheard-of") + names("nothing") + names("/dev/null"), "");
 
         _write("one/etc/mimeapps.list",

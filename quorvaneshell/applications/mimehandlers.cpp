@@ -19,12 +19,16 @@ constexpr const char *addedGroup = "Added Associations";
 constexpr const char *removedGroup = "Removed Associations";
 constexpr qint64 largestList = 1 << 20;
 
-constexpr QLatin1String ending(".desktop");
-
-// Lists name files; empty for what is none.
-QString appIdOf(const QString &name)
+// Lists name files.
+QString fileNameOf(const QString &appId)
 {
-    return name.endsWith(ending) ? name.chopped(ending.size()) : QString();
+    return appId + QLatin1String(".desktop");
+}
+
+// Empty for what is none.
+QString appIdOf(const QString &fileName)
+{
+    return fileName.endsWith(QLatin1String(".desktop")) ? fileName.chopped(8) : QString();
 }
 
 // The files in a folder: those of this desktop, then that for all.
@@ -176,7 +180,7 @@ private:
         for (const ApplicationPointer &application : _handlers._applications.sorted) {
             if (application->mimeTypes.contains(';' + type + ';')
                 && _isIn(list.folder, *application))
-                names += application->appId + ending;
+                names += fileNameOf(application->appId);
         }
         _add(names, _removed);
     }
@@ -235,7 +239,7 @@ bool MimeHandlers::setDefault(const QString &mimeType, const QString &appId)
         return false;
     const QMimeType known = QMimeDatabase().mimeTypeForName(mimeType);
     const QByteArray type = (known.isValid() ? known.name() : mimeType).toUtf8();
-    const QByteArray id = (appId + ending).toUtf8();
+    const QByteArray id = fileNameOf(appId).toUtf8();
     const QString folder = QFile::decodeName(g_get_user_config_dir());
     if (g_mkdir_with_parents(g_get_user_config_dir(), 0700) != 0)
         return false;

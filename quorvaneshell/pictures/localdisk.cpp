@@ -41,7 +41,7 @@ QHash<QByteArray, bool> mounts()
         const int separator = int(fields.indexOf("-"));
         if (separator < 5 || fields.size() < separator + 3)
             continue;
-        const QByteArray type = fields.at(separator + 1);
+        const QByteArray &type = fields.at(separator + 1);
         const bool isInMemory
                 = type == "tmpfs" || type == "devtmpfs" || type == "ramfs" || type == "overlay";
         const bool isOfProgram = type == "fuse" || type.startsWith("fuse.");

@@ -15,7 +15,7 @@ class LauncherTest : public QObject
 private Q_SLOTS:
     void theExampleLaunchesTheBestMatch()
     {
-        for (const QString name : { "UXTerm", "XTerm" }) {
+        for (const QString &name : { QString("UXTerm"), QString("XTerm") }) {
             _fixture.app(name, { "Type=Application", "Name=" + name,
                                  "Exec=" + _fixture.childCommand("started", "%c") });
         }

@@ -236,10 +236,10 @@ public:
         [MIME Applications Associations](https://specifications.freedesktop.org/mime-apps-spec/latest/)
         specification: first the Default Applications of all lists that are installed, then what the lists
         add, and what has the type in its entry (in the order of mimeinfo.cache where there is one),
-        without what a list removes; then the same for the type's other names and for what it is a kind of, such as
-        text/plain for text/html, but not for application/octet-stream, which would be all. Lists are
-        read anew at each call: a change by others shows at the next. A list that is damaged, larger
-        than 1 MB or no regular file is as none. */
+        without what a list removes; then the same for the type's other names and for what it is a kind
+        of, such as text/plain for text/html, but not for application/octet-stream, which would be all.
+        Lists are read anew at each call: a change by others shows at the next. A list that is damaged,
+        larger than 1 MB or no regular file is as none. */
     Q_INVOKABLE QStringList handlers(const QString &urlOrMimeType) const;
 
     /*! The first of handlers(); empty if there is none. */

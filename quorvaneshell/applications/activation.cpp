@@ -84,7 +84,9 @@ void Activation::_answered(const QDBusMessage &answer)
 {
     _isAnswered = true;
     _askForPid();
-    if (answer.type() != QDBusMessage::ReplyMessage)
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        Q_EMIT succeeded();
+    else
         Q_EMIT failed(answer.errorMessage(),
                       answer.errorName() == QDBusError::errorString(QDBusError::ServiceUnknown));
 }

@@ -23,6 +23,8 @@ public:
 Q_SIGNALS:
     // The process that owns the name. May come before the program has answered, and again.
     void running(qint64 pid);
+    // The program has answered.
+    void succeeded();
     // The message is the bus's. Nothing provides a name that is unknown.
     void failed(const QString &message, bool isUnknown);
 

@@ -20,6 +20,7 @@ struct Application
     QStringList keywords;
     QStringList categories;
     QString iconSource;
+    QByteArray mimeTypes; // That it opens, with a semicolon before and after each.
     QVariantList actions; // Maps with "id", "text" and "iconSource".
     bool terminal = false;
     bool shown = true;           // Without NoDisplay and the like.

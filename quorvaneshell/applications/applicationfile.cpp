@@ -122,6 +122,7 @@ ApplicationPointer readApplication(const QString &path, const QString &appId)
     application->categories = file.list(G_KEY_FILE_DESKTOP_KEY_CATEGORIES);
     application->iconSource
             = iconSource(icon.isEmpty() ? QStringLiteral("application-x-executable") : icon);
+    application->mimeTypes = ';' + file.text(G_KEY_FILE_DESKTOP_KEY_MIME_TYPE) + ';';
     application->actions = actionsOf(file);
     application->terminal = file.flag(G_KEY_FILE_DESKTOP_KEY_TERMINAL);
     application->shown = !file.flag(G_KEY_FILE_DESKTOP_KEY_NO_DISPLAY) && isForThisDesktop(file);

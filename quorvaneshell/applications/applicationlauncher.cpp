@@ -1,6 +1,7 @@
 #include "applicationlauncher_p.h"
 
 #include "activation_p.h"
+#include "applicationusage_p.h"
 #include "launchuri_p.h"
 #include "process_p.h"
 #include "programs_p.h"
@@ -89,7 +90,9 @@ void ApplicationLauncher::_startProgram(const LaunchRequest &request)
         else
             Programs::instance()->add(appId, pid);
     }
-    if (alive && !launched.error.isEmpty())
+    if (launched.error.isEmpty())
+        ApplicationUsage::launched(appId);
+    else if (alive)
         Q_EMIT failed(appId, launched.error);
 }
 
@@ -101,6 +104,8 @@ void ApplicationLauncher::_startByBus(const LaunchRequest &request)
             [programs, appId = request.application->appId](qint64 pid) {
                 programs->add(appId, pid);
             });
+    connect(activation, &Activation::succeeded, programs,
+            [appId = request.application->appId] { ApplicationUsage::launched(appId); });
     connect(activation, &Activation::failed, this,
             [this, request](const QString &message, bool isUnknown) {
                 if (isUnknown && request.application->hasProgram)

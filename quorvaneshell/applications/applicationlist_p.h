@@ -32,6 +32,7 @@ public:
     {
         return ofAll ? _read->allCategories : _read->shownCategories;
     }
+    const InstalledApplications &installed() const { return *_read; }
     // Null for an id that is none.
     ApplicationPointer find(const QString &appId) const { return _read->byId.value(appId); }
 

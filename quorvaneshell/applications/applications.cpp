@@ -2,7 +2,11 @@
 
 #include "applicationlist_p.h"
 #include "applicationsearch_p.h"
+#include "applicationusage_p.h"
 #include "categoryname_p.h"
+#include "launchuri_p.h"
+#include "mimehandlers_p.h"
+#include "openedtype_p.h"
 
 #include <quorvaneshell/pictures/icon.h>
 #include <quorvaneshell/search/wordmatch.h>
@@ -78,6 +82,24 @@ void Applications::setShowAll(bool showAll)
         Q_EMIT showAllChanged();
 }
 
+Applications::Order Applications::order() const
+{
+    return _d->usage ? ByUse : ByName;
+}
+
+void Applications::setOrder(Order order)
+{
+    if (order == this->order())
+        return;
+    if (_d->usage)
+        disconnect(_d->usage.data(), nullptr, this, nullptr);
+    _d->usage = order == ByUse ? ApplicationUsage::shared() : nullptr;
+    if (_d->usage)
+        connect(_d->usage.data(), &ApplicationUsage::changed, this, [this] { _d->show(); });
+    if (_d->show())
+        Q_EMIT orderChanged();
+}
+
 int Applications::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : int(_d->_rows.size());
@@ -151,6 +173,43 @@ void Applications::launchInTerminal(const QString &appId, const QVariantList &ur
 void Applications::stop(const QString &appId)
 {
     _d->launcher.stop(appId);
+}
+
+QStringList Applications::handlers(const QString &urlOrMimeType) const
+{
+    return MimeHandlers(_d->list->installed()).handlers(openedType(urlOrMimeType));
+}
+
+QString Applications::defaultHandler(const QString &urlOrMimeType) const
+{
+    return handlers(urlOrMimeType).value(0);
+}
+
+bool Applications::setDefaultHandler(const QString &mimeType, const QString &appId)
+{
+    return _d->list->find(appId) && MimeHandlers::setDefault(mimeType, appId);
+}
+
+void Applications::open(const QVariant &url)
+{
+    const QByteArray uri = launchUri(url);
+    const QString handler = uri.isEmpty() ? QString() : defaultHandler(QString::fromUtf8(uri));
+    if (!handler.isEmpty())
+        launch(handler, { url });
+    else if (uri.isEmpty())
+        Q_EMIT failed({}, QStringLiteral("\"%1\" is neither a path nor a URL").arg(url.toString()));
+    else
+        Q_EMIT failed({}, QStringLiteral("There is no application to open %1").arg(url.toString()));
+}
+
+void Applications::forgetUse()
+{
+    ApplicationUsage::shared()->forgetAll();
+}
+
+void Applications::forgetUse(const QString &appId)
+{
+    ApplicationUsage::shared()->forget(appId);
 }
 
 ApplicationsPrivate::ApplicationsPrivate(Applications *model)
@@ -245,7 +304,7 @@ ApplicationsPrivate::Wanted ApplicationsPrivate::_wanted() const
         if ((application->shown || showAll) && _isInCategory(*application))
             wanted.push_back(application);
     }
-    return foundApplications(std::move(wanted), words);
+    return foundApplications(std::move(wanted), words, usage.data());
 }
 
 template<typename IsCurrent>

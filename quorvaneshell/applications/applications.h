@@ -29,7 +29,7 @@ class ApplicationsPrivate;
     for the order) are those that the process began with.
 
     The rows are sorted by \a name as the user's language sorts, without regard to case; \a search puts
-    the best first.
+    the best first, and \a order what is used most.
 
     <b>What changes.</b> The list is complete after construction and stays right: a file, an override or
     a folder that comes, changes or goes shows within a second, as rows that are inserted, removed,
@@ -99,6 +99,26 @@ class QUORVANE_SHELL_EXPORT Applications : public ListModel
         false at first. showAllChanged() comes when the rows are the new ones. */
     Q_PROPERTY(bool showAll READ showAll WRITE setShowAll NOTIFY showAllChanged)
 
+    /*! What comes first; ByName at first. orderChanged() comes when the rows are the new ones.
+
+        With ByUse the application with the greatest use does: the sum over its launches of
+        2^(-age / 14 days), so that a launch counts half after two weeks. What is equal, as all is that
+        was never launched, is sorted by name. While something is searched the place where it is found
+        counts before that, and among beginnings of names use before the length.
+
+        A launch counts when it has succeeded, and the row moves: when the program has started or, on
+        the bus, answered; by whichever model of this process, if any of them has the order ByUse just
+        then. While none has, nothing is recorded, and no file read or written.
+
+        The user's shells share the numbers, in quorvane/application-usage.json below XDG_STATE_HOME, or
+        else ~/.local/state: read when the first model of a process gets this order, written, with what
+        others have written added, two seconds after a launch and when the last such model goes. What
+        others have launched shows after that. The file has the 500 applications that are used most, and
+        none whose use has sunk below a hundredth of a launch, as it has 93 days after a single one. One
+        that is damaged, larger than 1 MB, or that can't be written is as none: the order then lasts as
+        long as the models do. */
+    Q_PROPERTY(quorvane::Applications::Order order READ order WRITE setOrder NOTIFY orderChanged)
+
 public:
     /*! The roles; the table above says what they hold. */
     enum Roles {
@@ -117,6 +137,13 @@ public:
     };
     Q_ENUM(Roles)
 
+    /*! What comes first, see \a order. */
+    enum Order {
+        ByName, //!< In the order of the names.
+        ByUse   //!< What is launched most and lately.
+    };
+    Q_ENUM(Order)
+
     /*! Reads the applications, unless another model of the process has done so; returns when they are
         there. For the thread of the QCoreApplication, which has to be there before. */
     explicit Applications(QObject *parent = nullptr);
@@ -133,6 +160,9 @@ public:
 
     bool showAll() const;
     void setShowAll(bool showAll);
+
+    Order order() const;
+    void setOrder(quorvane::Applications::Order order);
 
     /*! The number of rows; 0 below a row. */
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -193,15 +223,56 @@ public:
         end is no failure. Does nothing where none runs. */
     Q_INVOKABLE void stop(const QString &appId);
 
+    /*! The ids of the installed applications that open something, the default one first; empty if there
+        is none. Those that are not displayed (NoDisplay) are among them: many are there just for this.
+
+        It takes a MIME type ("text/plain"), an absolute path, or a URL. A file of this machine has the
+        type that its name and its first 16 KB give by the Shared MIME-info Database, a folder
+        inode/directory, and any other URL x-scheme-handler/<scheme>. On a file system of a server or of
+        another program nothing is looked at, so that nobody waits: there the name tells, and what has no
+        type by its name is taken for a folder.
+
+        Handlers are found by the
+        [MIME Applications Associations](https://specifications.freedesktop.org/mime-apps-spec/latest/)
+        specification: first the Default Applications of all lists that are installed, then what the lists
+        add, and what has the type in its entry (in the order of mimeinfo.cache where there is one),
+        without what a list removes; then the same for the type's other names and for what it is a kind
+        of, such as text/plain for text/html, but not for application/octet-stream, which would be all.
+        Lists are read anew at each call: a change by others shows at the next. A list that is damaged,
+        larger than 1 MB or no regular file is as none. */
+    Q_INVOKABLE QStringList handlers(const QString &urlOrMimeType) const;
+
+    /*! The first of handlers(); empty if there is none. */
+    Q_INVOKABLE QString defaultHandler(const QString &urlOrMimeType) const;
+
+    /*! Makes an application the default one for a MIME type, such as "x-scheme-handler/https" for web
+        pages, for all programs of the user: in mimeapps.list in XDG_CONFIG_HOME, and in the list of this
+        desktop there if that names another one. What else is in the files stays, comments too. Returns
+        whether it was written; nothing is for an application that is not installed, for what is no MIME
+        type, and into a file that can't be read as such a list. Waits until the disk has it. */
+    Q_INVOKABLE bool setDefaultHandler(const QString &mimeType, const QString &appId);
+
+    /*! Launches the default handler of a path or URL with it, as launch() does, which takes the same
+        texts and values of type QUrl. Where there is none, or for what is neither, failed() comes with
+        an empty id. */
+    Q_INVOKABLE void open(const QVariant &url);
+
+    /*! Forgets how much the applications were used, here and in the file, at once and whatever
+        \a order is. */
+    Q_INVOKABLE void forgetUse();
+    /*! Forgets how much one application was used. */
+    Q_INVOKABLE void forgetUse(const QString &appId);
+
 Q_SIGNALS:
     void searchChanged();
     void categoryChanged();
     /*! Comes before the rows change. */
     void categoriesChanged();
     void showAllChanged();
+    void orderChanged();
 
     /*! What this model was asked to launch can't be launched, or the program ended with an error
-        within two seconds. The message says why to people who read the language of GLib and of the bus,
+        within two seconds. The id is empty if none is known, as after open(). The message says why to people who read the language of GLib and of the bus,
         whose words it is where they have any. */
     void failed(const QString &appId, const QString &message);
 

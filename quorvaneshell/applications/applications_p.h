@@ -12,6 +12,7 @@
 namespace quorvane {
 
 class ApplicationList;
+class ApplicationUsage;
 
 // What is looked for among the applications, and the rows that this comes to.
 class ApplicationsPrivate
@@ -35,6 +36,7 @@ public:
     QString category;
     QStringList categories;
     bool showAll = false;
+    QSharedPointer<ApplicationUsage> usage; // Null where the order is that of the names.
 
 private:
     friend class Applications;

@@ -1,5 +1,7 @@
 #include "applicationsearch_p.h"
 
+#include "applicationusage_p.h"
+
 #include <quorvaneshell/search/wordmatch.h>
 
 #include <algorithm>
@@ -61,10 +63,17 @@ Match compare(const Application &application, const QStringList &words)
 } // namespace
 
 std::vector<ApplicationPointer> foundApplications(std::vector<ApplicationPointer> applications,
-                                                  const QStringList &words)
+                                                  const QStringList &words,
+                                                  const ApplicationUsage *usage)
 {
-    if (words.isEmpty())
+    const auto sort = [usage](std::vector<ApplicationPointer> *some) {
+        if (usage)
+            usage->sort(some);
+    };
+    if (words.isEmpty()) {
+        sort(&applications);
         return applications;
+    }
     std::array<std::vector<ApplicationPointer>, NoMatch> ranked;
     for (ApplicationPointer &application : applications) {
         const Match match = compare(*application, words);
@@ -77,8 +86,10 @@ std::vector<ApplicationPointer> foundApplications(std::vector<ApplicationPointer
                          return one->foldedName.size() < other->foldedName.size();
                      });
     applications.clear();
-    for (auto &some : ranked)
+    for (auto &some : ranked) {
+        sort(&some);
         std::move(some.begin(), some.end(), std::back_inserter(applications));
+    }
     return applications;
 }
 

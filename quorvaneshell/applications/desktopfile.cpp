@@ -46,10 +46,12 @@ QString DesktopFile::localText(const char *key, const QByteArray &group) const
     return QString::fromUtf8(text).trimmed();
 }
 
-QStringList DesktopFile::list(const QByteArray &key) const
+QStringList DesktopFile::list(const QByteArray &key, const QByteArray &group) const
 {
-    g_auto(GStrv) texts
-            = g_key_file_get_string_list(_file.get(), mainGroup, key.constData(), nullptr, nullptr);
+    if (!isValid())
+        return {};
+    g_auto(GStrv) texts = g_key_file_get_string_list(_file.get(), group.constData(),
+                                                     key.constData(), nullptr, nullptr);
     QStringList list;
     for (auto *text = texts; text && *text; ++text) {
         if (**text)

@@ -11,7 +11,7 @@ using GKeyFile = struct _GKeyFile;
 namespace quorvane {
 
 // A file of the kind that the Desktop Entry Specification describes, as it was when this was made:
-// desktop entries, and the names of categories. It is read here and not by GIO, which before its
+// desktop entries, the names of categories, and lists of what opens what. It is read here and not by GIO, which before its
 // first entry walks through all folders, along any link.
 //
 // Keys are those of the group "Desktop Entry", unless another is named.
@@ -31,7 +31,9 @@ public:
     // In the user's language, without blanks around it.
     QString localText(const char *key) const { return localText(key, mainGroup); }
     QString localText(const char *key, const QByteArray &group) const;
-    QStringList list(const QByteArray &key) const;
+    QStringList list(const QByteArray &key) const { return list(key, mainGroup); }
+    // Empty for a file that is not valid.
+    QStringList list(const QByteArray &key, const QByteArray &group) const;
     QStringList localList(const char *key) const;
     bool flag(const char *key) const;
 

@@ -23,10 +23,10 @@ bool areSame(const Application &one, const Application &other)
     return one.appId == other.appId && one.path == other.path && one.name == other.name
            && one.genericName == other.genericName && one.comment == other.comment
            && one.keywords == other.keywords && one.categories == other.categories
-           && one.iconSource == other.iconSource && one.actions == other.actions
-           && one.terminal == other.terminal && one.shown == other.shown
-           && one.busActivatable == other.busActivatable && one.hasProgram == other.hasProgram
-           && one.foldedAbout == other.foldedAbout;
+           && one.iconSource == other.iconSource && one.mimeTypes == other.mimeTypes
+           && one.actions == other.actions && one.terminal == other.terminal
+           && one.shown == other.shown && one.busActivatable == other.busActivatable
+           && one.hasProgram == other.hasProgram && one.foldedAbout == other.foldedAbout;
 }
 
 InstalledApplications::Read readAnew(const InstalledApplications::Read &before, const QString &path,

@@ -19,15 +19,19 @@ FileStamp stampOf(const struct stat &status)
              status.st_ctim.tv_sec * 1'000'000'000LL + status.st_ctim.tv_nsec };
 }
 
-QByteArray readAll(int file, qint64 largest)
+// The beginning of a file, or nothing of one that is larger.
+enum TooLarge { IsCut, IsRefused };
+
+QByteArray readOpened(int file, qint64 most, TooLarge tooLarge)
 {
     struct stat status
     {
     };
-    if (fstat(file, &status) != 0 || stampOf(status).isNull() || status.st_size > largest)
+    if (fstat(file, &status) != 0 || stampOf(status).isNull()
+        || (tooLarge == IsRefused && status.st_size > most))
         return {};
     // No more than the file says that it has: some of the kernel's never end.
-    QByteArray data(static_cast<int>(status.st_size), Qt::Uninitialized);
+    QByteArray data(static_cast<int>(qMin<qint64>(status.st_size, most)), Qt::Uninitialized);
     int length = 0;
     while (length < data.size()) {
         const ssize_t got = read(file, data.data() + length, size_t(data.size() - length));
@@ -38,6 +42,20 @@ QByteArray readAll(int file, qint64 largest)
         length += static_cast<int>(got);
     }
     data.truncate(length);
+    return data;
+}
+
+// Some devices do things when they are opened. What takes the file's place meanwhile is refused.
+QByteArray readFile(const QString &path, qint64 most, TooLarge tooLarge)
+{
+    if (fileStamp(path).isNull())
+        return {};
+    const int file = open(QFile::encodeName(path).constData(),
+                          O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (file < 0)
+        return {};
+    const QByteArray data = readOpened(file, most, tooLarge);
+    close(file);
     return data;
 }
 
@@ -66,17 +84,12 @@ QByteArray readRegularFile(const QString &path, qint64 largest)
         return file.open(QIODevice::ReadOnly) && file.size() <= largest ? file.readAll()
                                                                         : QByteArray();
     }
-    // Some devices do things when they are opened. What takes the file's place meanwhile is
-    // refused.
-    if (fileStamp(path).isNull())
-        return {};
-    const int file = open(QFile::encodeName(path).constData(),
-                          O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (file < 0)
-        return {};
-    const QByteArray data = readAll(file, largest);
-    close(file);
-    return data;
+    return readFile(path, largest, IsRefused);
+}
+
+QByteArray readBeginning(const QString &path, qint64 most)
+{
+    return readFile(path, most, IsCut);
 }
 
 } // namespace quorvane

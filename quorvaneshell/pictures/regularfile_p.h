@@ -24,4 +24,7 @@ FileStamp fileStamp(const QString &path);
 // the writer of a pipe, and no device is opened. Takes paths of Qt's resources, too.
 QByteArray readRegularFile(const QString &path, qint64 largest);
 
+// The same of a larger file, too, but no more than this much of it, and not of Qt's resources.
+QByteArray readBeginning(const QString &path, qint64 most);
+
 } // namespace quorvane

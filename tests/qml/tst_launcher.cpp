@@ -10,13 +10,14 @@ class LauncherTest : public QObject
 {
     Q_OBJECT
 
+    const DesktopFixture _fixture;
+
 private Q_SLOTS:
     void theExampleLaunchesTheBestMatch()
     {
-        const DesktopFixture fixture;
         for (const QString &name : { QString("UXTerm"), QString("XTerm") }) {
-            fixture.app(name, { "Type=Application", "Name=" + name,
-                                "Exec=" + fixture.childCommand("started", "%c") });
+            _fixture.app(name, { "Type=Application", "Name=" + name,
+                                 "Exec=" + _fixture.childCommand("started", "%c") });
         }
         QQmlEngine engine;
         engine.addImportPath(IMPORT_PATH);
@@ -28,7 +29,27 @@ private Q_SLOTS:
             if (child->inherits("QQuickTextInput") && child->setProperty("text", "xterm"))
                 QMetaObject::invokeMethod(child, "accepted");
         }
-        QCOMPARE(fixture.report("started"), QStringList { "XTerm" });
+        QCOMPARE(_fixture.report("started"), QStringList { "XTerm" });
+    }
+
+    void filesAreOpenedAndWhatIsUsedComesFirst()
+    {
+        qputenv("XDG_STATE_HOME", _fixture.path("state").toLocal8Bit());
+        _fixture.app("a", { "Type=Application", "Name=a", "Exec=true" });
+        _fixture.app("b", { "Type=Application", "Name=b", "MimeType=x-scheme-handler/demo;",
+                            "Exec=" + _fixture.childCommand("started", "%u") });
+        QQmlEngine engine;
+        engine.addImportPath(IMPORT_PATH);
+        QQmlComponent component(&engine);
+        component.setData("import QtQml 2.15\nimport Quorvane 1.1\n"
+                          "Applications { order: Applications.ByUse; property string text\n"
+                          "Component.onCompleted: { open('demo:1'); forgetUse('a');"
+                          "text = handlers('demo:') + get(0).appId } }",
+                          {});
+        const std::unique_ptr<QObject> model(component.create());
+        QVERIFY2(model, qPrintable(component.errorString()));
+        QCOMPARE(model->property("text").toString(), "bb");
+        QCOMPARE(_fixture.report("started"), QStringList { "demo:1" });
     }
 };
 

@@ -125,6 +125,11 @@ QVariantMap Applications::find(const QString &appId) const
     return values;
 }
 
+QString Applications::identify(const QString &windowClass, qint64 pid) const
+{
+    return _d->list->identify(windowClass, pid);
+}
+
 QString Applications::categoryName(const QString &category) const
 {
     return quorvane::categoryName(category);

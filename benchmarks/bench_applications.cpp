@@ -11,6 +11,7 @@
 #include <cstring>
 #include <ctime>
 #include <gio/gdesktopappinfo.h>
+#include <memory>
 
 using namespace quorvane;
 
@@ -108,9 +109,41 @@ void typeSearch(benchmark::State &state)
     state.counters["longest, CPU ms"] = longest;
 }
 
+// For a class that is an id, and for one that says nothing, so that all that there is has to be asked.
+void identify(benchmark::State &state, const char *windowClass)
+{
+    const Applications model;
+    const QString known = QString::fromLatin1(windowClass);
+    const qint64 pid = QCoreApplication::applicationPid();
+    model.identify({});
+    for (auto _ : state)
+        benchmark::DoNotOptimize(model.identify(known, pid));
+}
+
+// The first question after a change of the applications.
+void identifyFirst(benchmark::State &state)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto model = std::make_unique<const Applications>();
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(model->identify(QStringLiteral("unknown")));
+        state.PauseTiming();
+        model.reset();
+        state.ResumeTiming();
+    }
+}
+
 BENCHMARK(list)->Name("Applications/1000")->Unit(benchmark::kMillisecond)->Repetitions(9);
 BENCHMARK(listGio)->Name("Applications_baseline/1000")->Unit(benchmark::kMillisecond)->Repetitions(9);
 BENCHMARK(typeSearch)->Name("KeyStroke/1000")->Unit(benchmark::kMillisecond)->Iterations(1500);
+BENCHMARK_CAPTURE(identify, id, "org.example.application00077")
+        ->Name("Identify_id/1000")
+        ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(identify, unknown, "unknown")
+        ->Name("Identify_unknown/1000")
+        ->Unit(benchmark::kMicrosecond);
+BENCHMARK(identifyFirst)->Name("Identify_first/1000")->Unit(benchmark::kMicrosecond)->Iterations(20);
 
 } // namespace
 

@@ -22,10 +22,13 @@ struct Application
     QString iconSource;
     QByteArray mimeTypes; // That it opens, with a semicolon before and after each.
     QVariantList actions; // Maps with "id", "text" and "iconSource".
+    QString startupWmClass;
+    QByteArray exec;
     bool terminal = false;
     bool shown = true;           // Without NoDisplay and the like.
     bool busActivatable = false; // By a name that is one.
     bool hasProgram = false;     // A command line of its own.
+    bool isAppImage = false;     // By what those who install these write into their entries.
 
     // What a search compares: folded texts, from the most telling to the least. Those of several
     // texts have a line for each.

@@ -81,6 +81,16 @@ QVariantList actionsOf(const DesktopFile &file)
     return actions;
 }
 
+bool isAppImage(const DesktopFile &file)
+{
+    for (const char *key : { "X-AppImage-Identifier", "X-AppImage-Name", "X-AppImage-Version",
+                             "X-AppImage-Arch", "X-AppImage-Integrate" }) {
+        if (file.hasKey(key))
+            return true;
+    }
+    return false;
+}
+
 bool isApplication(const DesktopFile &file)
 {
     return file.isValid()
@@ -109,7 +119,8 @@ ApplicationPointer readApplication(const QString &path, const QString &appId)
     const auto application = QSharedPointer<Application>::create();
     application->name = file.localText(G_KEY_FILE_DESKTOP_KEY_NAME);
     application->busActivatable = hasBusName(file, path);
-    application->hasProgram = !file.text(G_KEY_FILE_DESKTOP_KEY_EXEC).trimmed().isEmpty();
+    application->exec = file.text(G_KEY_FILE_DESKTOP_KEY_EXEC).trimmed();
+    application->hasProgram = !application->exec.isEmpty();
     if (application->name.isEmpty() || !(application->busActivatable || application->hasProgram))
         return {};
 
@@ -124,6 +135,8 @@ ApplicationPointer readApplication(const QString &path, const QString &appId)
             = iconSource(icon.isEmpty() ? QStringLiteral("application-x-executable") : icon);
     application->mimeTypes = ';' + file.text(G_KEY_FILE_DESKTOP_KEY_MIME_TYPE) + ';';
     application->actions = actionsOf(file);
+    application->startupWmClass = file.localText(G_KEY_FILE_DESKTOP_KEY_STARTUP_WM_CLASS);
+    application->isAppImage = isAppImage(file);
     application->terminal = file.flag(G_KEY_FILE_DESKTOP_KEY_TERMINAL);
     application->shown = !file.flag(G_KEY_FILE_DESKTOP_KEY_NO_DISPLAY) && isForThisDesktop(file);
     fold(application.data(), file.localText("X-GNOME-FullName"));

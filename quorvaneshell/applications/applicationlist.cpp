@@ -1,6 +1,7 @@
 #include "applicationlist_p.h"
 
 #include "applicationfolders_p.h"
+#include "windowmatcher_p.h"
 
 #include <QElapsedTimer>
 
@@ -54,6 +55,13 @@ void ApplicationList::read()
         _timer.start();
 }
 
+QString ApplicationList::identify(const QString &windowClass, qint64 pid)
+{
+    if (!_matcher)
+        _matcher = std::make_unique<const WindowMatcher>(_read->sorted);
+    return _matcher->match(windowClass, processIdentity(pid));
+}
+
 QString ApplicationList::iconSource(const QString &appId)
 {
     if (!_isRead && !_reading)
@@ -95,8 +103,10 @@ void ApplicationList::_take(const Read &read, qint64 milliseconds)
     const bool isOther = read->sorted != before->sorted;
     // Thousands of objects go with it.
     _reader.start([before = std::move(before)]() mutable { before.reset(); });
-    if (isOther)
-        Q_EMIT changed();
+    if (!isOther)
+        return;
+    _matcher.reset();
+    Q_EMIT changed();
 }
 
 } // namespace quorvane

@@ -7,10 +7,12 @@
 #include <QTimer>
 
 #include <atomic>
+#include <memory>
 
 namespace quorvane {
 
 class ApplicationFolders;
+class WindowMatcher;
 
 // The installed applications, read and watched once for all models of the process.
 class ApplicationList : public QObject
@@ -36,6 +38,9 @@ public:
     // Null for an id that is none.
     ApplicationPointer find(const QString &appId) const { return _read->byId.value(appId); }
 
+    // The id of the application to which a window or a process belongs; empty where none fits.
+    QString identify(const QString &windowClass, qint64 pid);
+
     // The icon of an application, as URL; empty for none, and for now while the list is being read:
     // if nobody has done so yet, that begins here, in a thread.
     QString iconSource(const QString &appId);
@@ -54,6 +59,7 @@ private:
 
     Read _read;
     bool _isRead = false;
+    std::unique_ptr<const WindowMatcher> _matcher; // Null until it is asked for.
     ApplicationFolders *_folders;
     QTimer _timer;
     bool _reading = false;

@@ -9,6 +9,7 @@
 #include "openedtype_p.h"
 
 #include <quorvaneshell/pictures/icon.h>
+#include <quorvaneshell/rows/changedroles_p.h>
 #include <quorvaneshell/search/wordmatch.h>
 
 #include <QPointer>
@@ -145,6 +146,11 @@ QVariantMap Applications::find(const QString &appId) const
     for (auto name = names.cbegin(); name != names.cend(); ++name)
         values.insert(QString::fromLatin1(*name), _d->value(*application, name.key()));
     return values;
+}
+
+QString Applications::identify(const QString &windowClass, qint64 pid) const
+{
+    return _d->list->identify(windowClass, pid);
 }
 
 QString Applications::categoryName(const QString &category) const
@@ -323,27 +329,12 @@ void ApplicationsPrivate::_updateRows(const Wanted &wanted, const IsCurrent &isC
     for (int i = 0; i < changed.size() && isCurrent(); ++i) {
         const int row = changed.at(i);
         const auto before = std::exchange(_rows[size_t(row)], wanted[size_t(row)]);
-        const QVector<int> roles = _differences(*before, *_rows[size_t(row)]);
+        const auto old = [&](int role) { return value(*before, role); };
+        const auto now = [&](int role) { return value(*wanted[size_t(row)], role); };
+        const QVector<int> roles = changedRoles(*_model, old, now);
         if (!roles.isEmpty())
             Q_EMIT _model->dataChanged(_model->index(row), _model->index(row), roles);
     }
-}
-
-QVector<int> ApplicationsPrivate::_differences(const Application &one,
-                                               const Application &other) const
-{
-    QVector<int> roles;
-    const auto compare = [&](int role) {
-        if (value(one, role) != value(other, role))
-            roles += role;
-    };
-    compare(Qt::DisplayRole);
-    compare(Qt::ToolTipRole);
-    for (int role = Applications::AppIdRole; role <= Applications::PathRole; ++role)
-        compare(role);
-    if (roles.contains(Applications::IconSourceRole) || roles.contains(Applications::NameRole))
-        roles += Qt::DecorationRole;
-    return roles;
 }
 
 void ApplicationsPrivate::_programsChanged(const QString &appId)

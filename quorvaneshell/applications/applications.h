@@ -178,6 +178,44 @@ public:
         now, too; empty for one that is not installed. */
     Q_INVOKABLE QVariantMap find(const QString &appId) const;
 
+    /*! The id of the installed application, shown or not, to which a window or a process belongs; empty
+        where none fits, and where two fit equally.
+
+        The class is that of WM_CLASS under X11, or the app_id of a Wayland toplevel. Of the two texts
+        of WM_CLASS the second, the class, mostly tells more; the app of a browser only has a name in
+        the first, the instance: ask with that where it begins with `crx_` or has `__` in it. The class
+        may be empty, to ask for a process alone. \a pid is the process as this one sees it: a window
+        in a sandbox may give a number of its own (_NET_WM_PID), so take what the display server knows.
+        0 is for none. A process of another user says nothing, nor does one that has ended or lets
+        nobody look into it; then the class decides alone.
+
+        A process in a sandbox (.flatpak-info, or the control group of a snap) or in a mounted AppImage
+        belongs to an application that starts the like, and any other process to none of these. Among
+        those left each of these in turn decides between what the ones before it found, or finds:
+        1. the id, exactly, also with ".desktop"
+        2. the id in another case, with "-" for blanks
+        3. StartupWMClass, in any case
+        4. the last part of a reverse-domain id: "firefox" for org.mozilla.firefox, and the other way
+           round
+        5. the app of a browser by id or address (`crx_ID`, `chrome-ID-PROFILE`,
+           `chrome-HOST__PATH-PROFILE`) and the game of Steam by number (`steam_app_NUMBER`), as Exec
+           has them
+        6. the name of the program that Exec starts
+        7. the name of the unit of systemd that the process began, as desktops give it
+           (`app-LAUNCHER-ID-RANDOM.scope` and the like); what a terminal has started is not the
+           terminal's
+        8. the program that runs against the one that Exec starts, with its arguments, and without what
+           they go through: env, a shell, an interpreter, java -jar, wine, electron, flatpak run, snap
+           run, gtk-launch and the like
+        9. the sandbox, and the file of an AppImage
+
+        In 2 to 6, and again in 7 to 9, applications that are shown come before those that are not.
+
+        What the process says of itself is read from /proc, up to 64 KB of each file (256 KB of the list of
+        mounts), without waiting for anybody. It takes less than a millisecond, but for the first call
+        after a change of the applications, which makes an index of them. */
+    Q_INVOKABLE QString identify(const QString &windowClass, qint64 pid = 0) const;
+
     /*! The name under which people know a main category ("Sound & Video" for AudioVideo): in the
         user's language where a menu package has installed the category's .directory file, else in
         English. Any other category is its own name. */
@@ -228,7 +266,7 @@ public:
 
         It takes a MIME type ("text/plain"), an absolute path, or a URL. A file of this machine has the
         type that its name and its first 16 KB give by the Shared MIME-info Database, a folder
-        inode/directory, and any other URL x-scheme-handler/<scheme>. On a file system of a server or of
+        inode/directory, and any other URL x-scheme-handler/SCHEME. On a file system of a server or of
         another program nothing is looked at, so that nobody waits: there the name tells, and what has no
         type by its name is taken for a folder.
 

@@ -54,7 +54,6 @@ private:
     void _rowsRemoved(const Wanted &) { }
     template<typename IsCurrent>
     void _updateRows(const Wanted &wanted, const IsCurrent &isCurrent);
-    QVector<int> _differences(const Application &one, const Application &other) const;
     void _programsChanged(const QString &appId);
 
     Applications *const _model;

@@ -26,7 +26,9 @@ bool areSame(const Application &one, const Application &other)
            && one.iconSource == other.iconSource && one.mimeTypes == other.mimeTypes
            && one.actions == other.actions && one.terminal == other.terminal
            && one.shown == other.shown && one.busActivatable == other.busActivatable
-           && one.hasProgram == other.hasProgram && one.foldedAbout == other.foldedAbout;
+           && one.hasProgram == other.hasProgram && one.startupWmClass == other.startupWmClass
+           && one.exec == other.exec && one.isAppImage == other.isAppImage
+           && one.foldedAbout == other.foldedAbout;
 }
 
 InstalledApplications::Read readAnew(const InstalledApplications::Read &before, const QString &path,

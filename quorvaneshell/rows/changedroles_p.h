@@ -20,8 +20,8 @@ QVector<int> changedRoles(const QAbstractItemModel &model, const Before &before,
         compare(name.key());
     compare(Qt::DisplayRole);
     compare(Qt::ToolTipRole);
-    // Icons are never equal.
-    if (roles.contains(names.key("iconSource", -1)))
+    // Icons are never equal, and one that is missing is a tile with the first letter of the text.
+    if (roles.contains(names.key("iconSource", -1)) || roles.contains(Qt::DisplayRole))
         roles += Qt::DecorationRole;
     return roles;
 }

@@ -338,6 +338,28 @@ private Q_SLOTS:
         QCOMPARE(_failures, QStringList());
     }
 
+    void windowsAndProcessesAreIdentified()
+    {
+        _app("org.example.Sleeper", { "Exec=env A=b sleep %F", "StartupWMClass=Bed" });
+        _load();
+        QProcess sleeper;
+        sleeper.start("sleep", { "60" });
+        const auto wakeUp = qScopeGuard([&sleeper] {
+            sleeper.kill();
+            sleeper.waitForFinished();
+        });
+        QVERIFY(sleeper.waitForStarted());
+        const qint64 pid = sleeper.processId();
+        QTRY_COMPARE(_model->identify({}, pid), "org.example.Sleeper");
+        QCOMPARE(_model->identify("bed"), "org.example.Sleeper");
+        QCOMPARE(_model->identify("other", pid), "org.example.Sleeper");
+        QCOMPARE(_model->identify("other"), QString());
+        // Another that is as good.
+        _app("org.example.Dozer", { "Exec=sleep" });
+        QTRY_COMPARE(_model->identify({}, pid), QString());
+        QCOMPARE(_model->identify("dozer", pid), "org.example.Dozer");
+    }
+
     void failuresAreTold()
     {
         const QStringList table[] = {

@@ -15,7 +15,8 @@ namespace {
 
 constexpr int mostReadings = 1000;
 constexpr int missingFor = 2000; // Milliseconds.
-constexpr int regainedIn = 5;    // Times as long as it took to spend it.
+constexpr qint64 mostBytes = 64 << 20;
+constexpr int regainedIn = 5; // Times as long as it took to spend it.
 
 IconSource parsed(const IconRequest &request)
 {
@@ -60,6 +61,11 @@ struct IconCache::Reading
     IconPicture picture;
     QSemaphore isRead;
 };
+
+IconCache::IconCache()
+    : _entries(int(mostBytes))
+{
+}
 
 IconCache &IconCache::instance()
 {
@@ -153,8 +159,10 @@ void IconCache::_takeLate(const std::shared_ptr<Reading> &reading)
 
 void IconCache::_keep(const IconKey &key, const QPixmap &pixmap, bool isFinal)
 {
-    const int bytes = 4 * pixmap.width() * pixmap.height();
-    _entries.insert(key, new Entry { pixmap, isFinal, QDeadlineTimer(missingFor) }, bytes);
+    const qint64 bytes = qint64(4) * pixmap.width() * pixmap.height();
+    // Whatever is painted is kept, or what comes late would come again with each painting.
+    _entries.insert(key, new Entry { pixmap, isFinal, QDeadlineTimer(missingFor) },
+                    int(qMin(bytes, mostBytes)));
 }
 
 } // namespace quorvane

@@ -76,7 +76,7 @@ private:
     };
     struct Reading;
 
-    IconCache() = default;
+    IconCache();
 
     void _followThemes();
     std::shared_ptr<Reading> _read(const IconKey &key);
@@ -86,8 +86,8 @@ private:
     void _keep(const IconKey &key, const QPixmap &pixmap, bool isFinal);
 
     IconThemes _themes;
-    QVector<QStringList> _choice;                 // From which the themes were made.
-    QCache<IconKey, Entry> _entries { 32 << 20 }; // Bytes.
+    QVector<QStringList> _choice; // From which the themes were made.
+    QCache<IconKey, Entry> _entries;
     QHash<IconKey, std::shared_ptr<Reading>> _readings;
     QStringList _late;
     Patience _patience;

@@ -423,6 +423,7 @@ private:
     void _declare(const QString &declarations, Attributes &into) const;
     void _resolve(Node &node);
     void _restrict(Node &node);
+    void _findPaints(Node &node) const;
     QString _embedded(const QString &url);
 
     bool _measure(const Node &node, const QTransform &outer, bool isStroked, int depth);
@@ -766,6 +767,20 @@ void Filter::_restrict(Node &node)
     }
 }
 
+// A paint that the picture hasn't is its fallback, or none. Qt would tell of it in the log.
+void Filter::_findPaints(Node &node) const
+{
+    for (const QString &name : { QStringLiteral("fill"), QStringLiteral("stroke") }) {
+        const QString value = node.attributes.value(name);
+        const int end = value.indexOf(QLatin1Char(')'));
+        if (!value.startsWith(QLatin1String("url(#")) || _ids.contains(value.mid(5, end - 5)))
+            continue;
+        const QString fallback = value.mid(end + 1).trimmed();
+        node.attributes.insert(name,
+                               end < 0 || fallback.isEmpty() ? QStringLiteral("none") : fallback);
+    }
+}
+
 // What it costs, references followed.
 bool Filter::_measure(const Node &node, const QTransform &outer, bool isStroked, int depth)
 {
@@ -853,6 +868,8 @@ SvgPicture Filter::filtered()
         if (!id.isEmpty())
             _ids.insert(id, int(&node - _nodes.data()));
     }
+    for (Node &node : _nodes)
+        _findPaints(node);
 
     Attributes &root = _nodes.front().attributes;
     SvgPicture picture;

@@ -12,15 +12,8 @@ namespace quorvane {
     of width, so that "uber" is found in "Über".
 
     For finding what people type: words, in any order, each at the beginning of a word of the text. No
-    character is special ("c++", "(").
-
-    \code
-    const QStringList words = quorvane::foldedWords(typed);
-    const QString text = quorvane::foldedText(name);
-    const bool isFound = std::all_of(words.begin(), words.end(), [&text](const QString &word) {
-        return quorvane::beginsWord(text, word);
-    });
-    \endcode */
+    character is special ("c++", "("). A text is found
+    when beginsWord() is true for each of foldedWords(). */
 QUORVANE_SHELL_EXPORT QString foldedText(const QString &text);
 
 /*! \ingroup shell

@@ -14,7 +14,7 @@ private Q_SLOTS:
     void theExampleLaunchesTheBestMatch()
     {
         const DesktopFixture fixture;
-        for (const QString name : { "UXTerm", "XTerm" }) {
+        for (const QString &name : { QString("UXTerm"), QString("XTerm") }) {
             fixture.app(name, { "Type=Application", "Name=" + name,
                                 "Exec=" + fixture.childCommand("started", "%c") });
         }

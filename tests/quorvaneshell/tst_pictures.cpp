@@ -152,6 +152,9 @@ private Q_SLOTS:
                 << shown;
         QTest::newRow("entity") << _svg("<rect width='9' height='9' style='&blue;'/>")
                                 << "32x32 #0000ff";
+        QTest::newRow("unknown paint")
+                << _svg("<rect width='9' height='9' fill='url(#none) #f00' stroke='url(#none)'/>")
+                << shown;
         QTest::newRow("outer file") << _svg("<image width='9' height='9' xlink:href='file://"
                                             + _dir.path().toUtf8() + "/fifo.svg'/>" + rect)
                                     << shown;

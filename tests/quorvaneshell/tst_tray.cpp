@@ -327,14 +327,14 @@ private Q_SLOTS:
                                                                       : nullptr);
         Peer indicator(MENUPEER);
         indicator.tell("indicator.set_status(1)");
-        Peer odd(ITEMPEER);
-        odd.tell("register('/item')");
         const QPointer<Tray> tray(new Tray);
         const auto end = qScopeGuard([&tray] {
             if (tray)
                 tray->deleteLater();
         });
         const SenderDeleter deleter(tray, signal);
+        Peer odd(ITEMPEER);
+        odd.tell("register('/item')");
         int number = 0;
         const auto stir = [&] {
             if (!tray || tray->rowCount() == 0)

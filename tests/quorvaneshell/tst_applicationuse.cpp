@@ -228,5 +228,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ApplicationUseTest)
+QTEST_GUILESS_MAIN(ApplicationUseTest)
 #include "tst_applicationuse.moc"

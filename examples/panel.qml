@@ -33,34 +33,29 @@ Window {
 
     component Card: Pane {
         id: card
-        required property int id
-        required property string summary
-        required property string styledBody
-        required property string iconSource
-        required property bool hasDefault
-        required property var actions
+        property var row
         GridLayout {
             anchors.fill: parent
             columns: 3
-            Picture { source: card.iconSource; Layout.preferredWidth: 32; Layout.preferredHeight: 32 }
-            PlainLabel { text: card.summary; font.bold: true; Layout.fillWidth: true }
+            Picture { source: card.row.iconSource; Layout.preferredWidth: 32; Layout.preferredHeight: 32 }
+            PlainLabel { text: card.row.summary; font.bold: true; Layout.fillWidth: true }
             ToolButton {
                 text: "×"; Accessible.name: "Dismiss"
-                onClicked: notifications.dismiss(card.id)
+                onClicked: notifications.dismiss(card.row.id)
             }
             Label {
-                text: card.styledBody; textFormat: Text.StyledText; wrapMode: Text.Wrap
+                text: card.row.styledBody; textFormat: Text.StyledText; wrapMode: Text.Wrap
                 Layout.columnSpan: 3; Layout.fillWidth: true
                 onLinkActivated: function(link) { Qt.openUrlExternally(link) }
             }
             Flow {
                 Layout.columnSpan: 3; Layout.fillWidth: true
                 Repeater {
-                    model: (card.hasDefault ? [{ id: "default", text: "Open" }] : []).concat(card.actions)
+                    model: (card.row.hasDefault ? [{ id: "default", text: "Open" }] : []).concat(card.row.actions)
                     Button {
                         required property var modelData
                         text: modelData.text
-                        onClicked: notifications.invoke(card.id, modelData.id)
+                        onClicked: notifications.invoke(card.row.id, modelData.id)
                     }
                 }
             }
@@ -171,7 +166,7 @@ Window {
             id: pending
             anchors.fill: parent
             model: notifications
-            delegate: Card { width: ListView.view.width }
+            delegate: Card { width: ListView.view.width; row: model }
         }
     }
 
@@ -188,7 +183,7 @@ Window {
             width: parent.width
             Repeater {
                 model: notifications
-                Card { width: cards.width; visible: popups.ids.includes(id) }
+                Card { width: cards.width; row: model; visible: popups.ids.includes(model.id) }
             }
         }
     }

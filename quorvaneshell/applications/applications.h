@@ -266,9 +266,9 @@ public:
 
         It takes a MIME type ("text/plain"), an absolute path, or a URL. A file of this machine has the
         type that its name and its first 16 KB give by the Shared MIME-info Database, a folder
-        inode/directory, and any other URL x-scheme-handler/SCHEME. On a file system of a server or of
-        another program nothing is looked at, so that nobody waits: there the name tells, and what has no
-        type by its name is taken for a folder.
+        inode/directory, and any other URL that of its scheme (x-scheme-handler/https). On a file system
+        of a server or of another program nothing is looked at, so that nobody waits: there the name
+        tells, and what has no type by its name is taken for a folder.
 
         Handlers are found by the
         [MIME Applications Associations](https://specifications.freedesktop.org/mime-apps-spec/latest/)

@@ -32,7 +32,7 @@ namespace quorvane {
     tile meanwhile, and IconWatcher tells when it has come. ListModel, and so each model of this
     library, announces Qt::DecorationRole then by itself.
 
-    Painting an icon again reads nothing: 32 MB of pixels are kept, those that were used last. They
+    Painting an icon again reads nothing: 64 MB of pixels are kept, those that were used last. They
     are dropped when QIcon::themeName() or another of its settings for themes has changed, so that
     the next painting shows the new theme. A picture that was replaced has another source. What was
     missing is looked for again when it is painted more than two seconds later.
@@ -58,13 +58,8 @@ QUORVANE_SHELL_EXPORT void readIcon(const QString &source, const QSize &size, QO
 /*! \ingroup shell
     \brief Tells when icons that were painted as a tile, because reading them took long, have come.
 
-    For a button, for instance, or a model of one's own:
-
-    \code
-    auto *watcher = new quorvane::IconWatcher(button);
-    QObject::connect(watcher, &quorvane::IconWatcher::iconsRead, button,
-                     qOverload<>(&QWidget::update));
-    \endcode
+    A button, for instance, has its QWidget::update() connected to iconsRead(); a model of one's own
+    announces Qt::DecorationRole.
 
     For the GUI thread. */
 class QUORVANE_SHELL_EXPORT IconWatcher : public QObject

@@ -106,6 +106,7 @@ private Q_SLOTS:
     {
         _app("often");
         _app("lately");
+        _app("steady");
         const qint64 now = QDateTime::currentMSecsSinceEpoch();
         const qint64 day = 24LL * 60 * 60 * 1000;
         const auto entry = [](const QString &appId, double score, qint64 time) {
@@ -113,15 +114,16 @@ private Q_SLOTS:
                    + ']';
         };
         QStringList entries { entry("often", 3.9, now - 28 * day), entry("lately", 1, now),
-                              entry("ages", 1, now - 94 * day), entry("less", 1, now - 90 * day) };
-        for (int i = 0; i < 498; ++i)
+                              entry("steady", 2.5, now), entry("ages", 1, now - 94 * day),
+                              entry("less", 1, now - 90 * day) };
+        for (int i = 0; i < 497; ++i)
             entries += entry(QString::number(i), 2, now + 9999 * day);
         _write(_file, ('{' + entries.join(',') + '}').toUtf8());
         Applications model;
         model.setOrder(Applications::ByUse);
-        QCOMPARE(_ids(model), "lately often");
+        QCOMPARE(_ids(model), "steady lately often");
         _launch(&model, "often");
-        QCOMPARE(_ids(model), "often lately");
+        QCOMPARE(_ids(model), "steady often lately");
         model.setOrder(Applications::ByName);
         QCOMPARE(_keptIds().size(), 500);
         QVERIFY(!_keptIds().contains("less") && !_keptIds().contains("ages"));
@@ -175,7 +177,7 @@ private Q_SLOTS:
         QCOMPARE(names("image/x-unheard-of") + names("nothing") + names("/dev/null"), "");
 
         _write("one/etc/mimeapps.list",
-               "[Default Applications]\nimage/png=gone.desktop;old.desktop\n");
+               "[Default Applications]\nimage/png=gone.desktop;viewer.desktop;old.desktop\n");
         _write("home/etc/mimeapps.list", "[Added Associations]\nimage/png=editor.desktop;\n"
                                          "[Removed Associations]\nimage/png=viewer.desktop;\n");
         QCOMPARE(names("image/png"), "old editor");
@@ -226,5 +228,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ApplicationUseTest)
+QTEST_GUILESS_MAIN(ApplicationUseTest)
 #include "tst_applicationuse.moc"

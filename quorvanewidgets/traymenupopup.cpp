@@ -267,9 +267,9 @@ void TrayMenuPopupPrivate::_layOut()
     _layingOut.stop();
     if (!_popup->isVisible())
         return;
-    _popup->resize(_popup->sizeHint());
-    _popup->update();
     const QRect screen = _popup->screen()->availableGeometry();
+    _popup->resize(_popup->sizeHint().boundedTo(screen.size()));
+    _popup->update();
     const QPoint most = screen.bottomRight() - _popup->rect().bottomRight();
     const QPoint place(std::max(screen.left(), std::min(_popup->x(), most.x())),
                        std::max(screen.top(), std::min(_popup->y(), most.y())));

@@ -7,7 +7,6 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QPointer>
-#include <QScreen>
 
 #include <csignal>
 
@@ -123,7 +122,7 @@ private Q_SLOTS:
         _tell("menu.show(*(item(i, label=str(i)) for i in range(1, 2000)))");
         QTRY_COMPARE(_popup->actions().size(), 2000);
         QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
-        QTRY_VERIFY(_popup->screen()->geometry().contains(_popup->geometry()));
+        QTRY_VERIFY(_popup->height() > 200);
     }
 
     void aSubmenuIsAskedForWhenItIsOpened()

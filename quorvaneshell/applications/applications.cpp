@@ -331,7 +331,10 @@ void ApplicationsPrivate::_updateRows(const Wanted &wanted, const IsCurrent &isC
         const auto before = std::exchange(_rows[size_t(row)], wanted[size_t(row)]);
         const auto old = [&](int role) { return value(*before, role); };
         const auto now = [&](int role) { return value(*wanted[size_t(row)], role); };
-        const QVector<int> roles = changedRoles(*_model, old, now);
+        QVector<int> roles = changedRoles(*_model, old, now);
+        // A missing icon is a tile with the first letter of the name.
+        if (roles.contains(Qt::DisplayRole) && !roles.contains(Qt::DecorationRole))
+            roles += Qt::DecorationRole;
         if (!roles.isEmpty())
             Q_EMIT _model->dataChanged(_model->index(row), _model->index(row), roles);
     }

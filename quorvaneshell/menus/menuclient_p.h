@@ -40,7 +40,7 @@ public:
 
 Q_SIGNALS:
     // The whole menu; empty when it is gone.
-    void layoutReceived(const MenuItem &root);
+    void layoutReceived(const quorvane::MenuItem &root);
     void propertiesReceived(const QHash<int, QVariantMap> &updates);
     void themePathChanged();
     void respondsChanged();

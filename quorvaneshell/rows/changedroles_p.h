@@ -3,6 +3,8 @@
 #include <QAbstractItemModel>
 #include <QVector>
 
+#include <algorithm>
+
 namespace quorvane {
 
 // The roles that dataChanged() names for a row, given its values before and after as functions of a
@@ -20,9 +22,10 @@ QVector<int> changedRoles(const QAbstractItemModel &model, const Before &before,
         compare(name.key());
     compare(Qt::DisplayRole);
     compare(Qt::ToolTipRole);
-    // Icons are never equal, and one that is missing is a tile with the first letter of the text.
-    if (roles.contains(names.key("iconSource", -1)) || roles.contains(Qt::DisplayRole))
+    // Icons are never equal.
+    if (roles.contains(names.key("iconSource", -1)))
         roles += Qt::DecorationRole;
+    std::sort(roles.begin(), roles.end());
     return roles;
 }
 

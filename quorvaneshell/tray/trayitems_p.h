@@ -35,9 +35,9 @@ public:
     void remove(const TrayAddress &item);
 
 Q_SIGNALS:
-    void added(const TrayAddress &item);
+    void added(const quorvane::TrayAddress &item);
     // The item has left the list.
-    void removed(const TrayAddress &item);
+    void removed(const quorvane::TrayAddress &item);
 
 private:
     struct Entry

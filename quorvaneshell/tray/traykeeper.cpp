@@ -66,8 +66,9 @@ void TrayKeeper::_findItems()
     whenAnswered(callBus(QStringLiteral("ListNames")), this, [this](const QDBusMessage &answer) {
         static const QRegularExpression itemName(QStringLiteral(
                 "^org\\.(quorvane\\..+|(kde|freedesktop)\\.StatusNotifierItem)-\\d+(-\\d+)?\\z"));
-        const QStringList names = answer.arguments().value(0).toStringList().filter(itemName);
-        for (const QString &name : names.mid(0, TrayRegistry::mostListed)) {
+        const QStringList names = answer.arguments().value(0).toStringList().filter(itemName).mid(
+                0, TrayRegistry::mostListed);
+        for (const QString &name : names) {
             if (_watcher)
                 _watcher->add(TrayAddress::fromText(name));
         }

@@ -46,8 +46,8 @@ public:
 
 Q_SIGNALS:
     // Again for an item that registers again. The owner is the unique name of its program.
-    void itemRegistered(const TrayAddress &item, const QString &owner);
-    void itemUnregistered(const TrayAddress &item);
+    void itemRegistered(const quorvane::TrayAddress &item, const QString &owner);
+    void itemUnregistered(const quorvane::TrayAddress &item);
     void registeredChanged();
     void ownerChanged();
 

@@ -38,7 +38,11 @@ Controls.ApplicationWindow {
         onFailed: notice.show((programs.find(appId).name || appId) + ": " + message
                               + "\nIts menu starts it in a terminal, where you can read what it says.", 8000)
     }
-    Notifications { id: messages }
+    Notifications {
+        id: messages
+
+        Component.onCompleted: capabilities = capabilities.concat("action-icons")
+    }
     Tray { id: trayItems }
 
     background: Rectangle { color: Theme.window }

@@ -144,8 +144,21 @@ Rectangle {
                 delegate: PushButton {
                     width: Math.min(implicitWidth, content.width)
                     highlighted: index === 0
+                    leftPadding: picture.visible ? 34 : rightPadding
                     text: modelData.text
                     onClicked: card.answered(modelData.id)
+
+                    Image {
+                        id: picture
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        x: 12
+                        source: Theme.picture(modelData.iconSource,
+                                              "color=" + encodeURIComponent(parent.highlighted
+                                                                            ? Theme.accentText : Theme.text))
+                        sourceSize: Qt.size(16, 16)
+                        visible: status === Image.Ready
+                    }
                 }
             }
             PushButton {

@@ -98,6 +98,7 @@ Notification::Notification(const NotificationPost &post)
     , isTransient(post.hints.flag(QStringLiteral("transient")))
     , resident(post.hints.flag(QStringLiteral("resident")))
     , time(QDateTime::currentDateTime())
+    , timeout(isCritical() ? 0 : qMax(0, post.timeout))
     , _icons(iconsOf(post))
 {
     _show(pictureOf(post.hints, !_icons.isEmpty()));
@@ -147,6 +148,11 @@ bool Notification::offers(const QString &action) const
             return true;
     }
     return false;
+}
+
+bool Notification::isOfPost(const Notification &other) const
+{
+    return id == other.id && time == other.time && pictureFile() == other.pictureFile();
 }
 
 QString Notification::pictureFile() const

@@ -56,6 +56,12 @@ QVariant value(const Notification &notification, int role)
         return notification.offers(QStringLiteral("default"));
     case Notifications::TimeRole:
         return notification.time;
+    case Notifications::TimeoutRole:
+        return notification.timeout;
+    case Notifications::UnreadRole:
+        return notification.unread;
+    case Notifications::ExpiredRole:
+        return notification.expired;
     default:
         return {};
     }
@@ -75,6 +81,8 @@ Notifications::Notifications(QObject *parent)
     connect(service, &NotificationService::defaultTimeoutChanged, this,
             &Notifications::defaultTimeoutChanged);
     connect(service, &NotificationService::limitChanged, this, &Notifications::limitChanged);
+    connect(service, &NotificationService::keepExpiredChanged, this,
+            &Notifications::keepExpiredChanged);
     connect(service, &NotificationService::capabilitiesChanged, this,
             &Notifications::capabilitiesChanged);
 
@@ -88,6 +96,10 @@ Notifications::Notifications(QObject *parent)
     connect(list, &NotificationList::replaced, this, [this](uint id) {
         if (indexOf(id) >= 0)
             Q_EMIT replaced(id);
+    });
+    connect(list, &NotificationList::expired, this, [this](uint id) {
+        if (indexOf(id) >= 0)
+            Q_EMIT expired(id);
     });
     connect(list, &NotificationList::closed, this,
             [this](uint id, uint reason) { Q_EMIT closed(id, CloseReason(reason)); });
@@ -125,7 +137,10 @@ QHash<int, QByteArray> Notifications::roleNames() const
              { ResidentRole, "resident" },
              { ActionsRole, "actions" },
              { HasDefaultRole, "hasDefault" },
-             { TimeRole, "time" } };
+             { TimeRole, "time" },
+             { TimeoutRole, "timeout" },
+             { UnreadRole, "unread" },
+             { ExpiredRole, "expired" } };
 }
 
 bool Notifications::isRegistered() const
@@ -156,6 +171,21 @@ int Notifications::limit() const
 void Notifications::setLimit(int limit)
 {
     _d->service->setLimit(limit);
+}
+
+bool Notifications::keepExpired() const
+{
+    return _d->list()->keepsExpired();
+}
+
+void Notifications::setKeepExpired(bool keepExpired)
+{
+    _d->service->setKeepExpired(keepExpired);
+}
+
+int Notifications::unreadCount() const
+{
+    return _d->unreadCount();
 }
 
 QStringList Notifications::capabilities() const
@@ -201,6 +231,31 @@ void Notifications::close(uint id, CloseReason reason)
     _d->list()->close(id, reason);
 }
 
+void Notifications::expire(uint id)
+{
+    _d->list()->expire(id);
+}
+
+void Notifications::hold(uint id)
+{
+    _d->hold(id);
+}
+
+void Notifications::release(uint id)
+{
+    _d->release(id);
+}
+
+void Notifications::markRead(uint id)
+{
+    _d->list()->markRead(id);
+}
+
+void Notifications::markAllRead()
+{
+    _d->list()->markAllRead();
+}
+
 NotificationsPrivate::NotificationsPrivate(Notifications *model)
     : service(NotificationService::shared())
     , applications(ApplicationList::shared())
@@ -209,11 +264,34 @@ NotificationsPrivate::NotificationsPrivate(Notifications *model)
 {
 }
 
-NotificationsPrivate::~NotificationsPrivate() = default;
+NotificationsPrivate::~NotificationsPrivate()
+{
+    for (const uint id : std::as_const(_held))
+        list()->release(id);
+}
 
 void NotificationsPrivate::follow()
 {
+    const QPointer<Notifications> alive(_model);
     _walk.show(list()->rows());
+    if (!alive)
+        return;
+    const int unreadCount = int(
+            std::count_if(_rows.begin(), _rows.end(), [](const auto &row) { return row->unread; }));
+    if (std::exchange(_unreadCount, unreadCount) != unreadCount)
+        Q_EMIT _model->unreadCountChanged();
+}
+
+void NotificationsPrivate::hold(uint id)
+{
+    if (list()->hold(id))
+        _held += id;
+}
+
+void NotificationsPrivate::release(uint id)
+{
+    if (_held.removeOne(id))
+        list()->release(id);
 }
 
 void NotificationsPrivate::tellOfIcons()
@@ -222,6 +300,12 @@ void NotificationsPrivate::tellOfIcons()
         return;
     Q_EMIT _model->dataChanged(_model->index(0), _model->index(_model->rowCount() - 1),
                                { Notifications::IconSourceRole, Qt::DecorationRole });
+}
+
+void NotificationsPrivate::_rowsRemoved(const Wanted &rows)
+{
+    for (const NotificationRow &row : rows)
+        _held.removeAll(row->id);
 }
 
 template<typename IsCurrent>

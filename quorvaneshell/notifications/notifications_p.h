@@ -21,6 +21,9 @@ public:
     const NotificationRows &rows() const { return _rows; }
     NotificationList *list() const { return service->list(); }
     void follow();
+    int unreadCount() const { return _unreadCount; }
+    void hold(uint id);
+    void release(uint id);
     // Those without an icon of their own have that of their application.
     void tellOfIcons();
 
@@ -33,7 +36,7 @@ private:
 
     static uint _keyOf(const NotificationRow &notification) { return notification->id; }
     static NotificationRow _makeRow(const NotificationRow &notification) { return notification; }
-    static void _rowsRemoved(const Wanted &) { }
+    void _rowsRemoved(const Wanted &rows);
     template<typename IsCurrent>
     void _updateRows(const Wanted &wanted, const IsCurrent &isCurrent);
     QVector<int> _changedRoles(const Notification &before, const Notification &after) const;
@@ -41,6 +44,8 @@ private:
     Notifications *const _model;
     NotificationRows _rows;
     RowWalk<NotificationsPrivate> _walk;
+    int _unreadCount = 0;
+    QList<uint> _held; // Once for each time.
 };
 
 } // namespace quorvane

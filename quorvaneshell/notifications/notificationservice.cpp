@@ -74,6 +74,14 @@ void NotificationService::setLimit(int limit)
         Q_EMIT limitChanged();
 }
 
+void NotificationService::setKeepExpired(bool keepExpired)
+{
+    if (keepExpired == _list.keepsExpired())
+        return;
+    _list.setKeepsExpired(keepExpired);
+    Q_EMIT keepExpiredChanged();
+}
+
 uint NotificationService::post(NotificationPost post)
 {
     if (post.timeout < 0)

@@ -30,6 +30,7 @@ public:
     void setDefaultTimeout(int milliseconds);
     int limit() const { return _list.limit(); }
     void setLimit(int limit);
+    void setKeepExpired(bool keepExpired);
 
     // What a call of Notify does; the id of the post is not read. Returns the id.
     uint post(NotificationPost post);
@@ -40,6 +41,7 @@ Q_SIGNALS:
     void capabilitiesChanged();
     void defaultTimeoutChanged();
     void limitChanged();
+    void keepExpiredChanged();
 
 private:
     NotificationService();

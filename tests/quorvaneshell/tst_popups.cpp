@@ -1,0 +1,106 @@
+#include "patience.h"
+
+#include <quorvaneshell/notifications/notifications.h>
+#include <quorvaneshell/notifications/notificationservice_p.h>
+
+#include <QAbstractItemModelTester>
+#include <QDBusConnection>
+#include <QtTest>
+
+using namespace quorvane;
+
+namespace {
+
+struct Centre : Notifications
+{
+    uint add(const QString &text, int timeout = 0, uint replaces = 0, const QVariantMap &hints = {})
+    {
+        const uint id = service->post({ "Test",
+                                        replaces,
+                                        {},
+                                        text,
+                                        {},
+                                        { "a", "A" },
+                                        { hints },
+                                        timeout,
+                                        0,
+                                        QDBusConnection::sessionBus().baseService() });
+        service->list()->pending(); // It is in the list after this.
+        return id;
+    }
+
+    QSharedPointer<NotificationService> service = NotificationService::shared();
+    QAbstractItemModelTester tester { this, QAbstractItemModelTester::FailureReportingMode::Fatal };
+};
+
+QString all(const ListModel &model, const QString &role = "summary")
+{
+    QStringList values;
+    for (int row = 0; row < model.rowCount(); ++row)
+        values += model.get(row).value(role).toString();
+    return values.join(' ');
+}
+
+} // namespace
+
+class PopupsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aHeldOneStays()
+    {
+        Centre centre;
+        auto other = std::make_unique<Notifications>();
+        const uint held = centre.add("Held", 1);
+        centre.hold(held);
+        other->hold(held);
+        centre.add("Shown", 1);
+        QTRY_COMPARE(all(centre), "Held");
+        centre.release(held);
+        centre.release(held); // That of the other is not this one's.
+        centre.add("Shown", 1);
+        QTRY_COMPARE(all(centre), "Held");
+        QElapsedTimer time;
+        time.start();
+        other.reset();
+        QTRY_COMPARE(centre.count(), 0);
+        QVERIFY(time.elapsed() >= 990);
+    }
+
+    void whatExpiresIsKept()
+    {
+        Centre centre;
+        centre.setKeepExpired(true);
+        QSignalSpy expired(&centre, &Notifications::expired);
+        QSignalSpy closed(&centre, &Notifications::closed);
+        QSignalSpy ended(centre.service->list(), &NotificationList::ended);
+        const uint id = centre.add("Kept", 1);
+        const uint resident = centre.add("Resident", 1, 0, { { "resident", true } });
+        centre.add("Transient", 1, 0, { { "transient", true } });
+        QTRY_COMPARE(expired.size(), 2);
+        QTRY_COMPARE(closed.size(), 1);
+        QCOMPARE(all(centre), "Resident Kept");
+        QVERIFY(centre.find(id).value("actions").toList().isEmpty());
+        QCOMPARE(centre.find(resident).value("actions").toList().size(), 1);
+        QCOMPARE(centre.find(resident).value("expired"), true);
+
+        QCOMPARE(centre.unreadCount(), 2);
+        centre.markAllRead();
+        QCOMPARE(centre.unreadCount(), 0);
+        QCOMPARE(centre.add("Again", 0, id), id);
+        QCOMPARE(centre.unreadCount(), 1);
+        QCOMPARE(centre.find(id).value("expired"), false);
+        centre.expire(id);
+        QCOMPARE(ended.size(), 4);
+        centre.setLimit(2);
+        centre.add("Pending");
+        QCOMPARE(all(centre), "Pending Resident");
+        centre.clear();
+        QCOMPARE(closed.size(), 4);
+        QCOMPARE(ended.size(), 5);
+    }
+};
+
+QTEST_MAIN(PopupsTest)
+#include "tst_popups.moc"

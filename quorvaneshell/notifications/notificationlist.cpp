@@ -91,6 +91,12 @@ NotificationList::NotificationList()
 
 NotificationList::~NotificationList() = default;
 
+NotificationRow NotificationList::find(uint id) const
+{
+    const auto found = findId(_rows, id);
+    return found == _rows.end() ? nullptr : *found;
+}
+
 void NotificationList::setLimit(int limit)
 {
     _limit = limit;

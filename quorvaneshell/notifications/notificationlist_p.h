@@ -28,6 +28,8 @@ public:
     ~NotificationList() override;
 
     const NotificationRows &rows() const { return _rows; }
+    // Null for one that is not there.
+    NotificationRow find(uint id) const;
 
     int limit() const { return _limit; }
     void setLimit(int limit);

@@ -1,5 +1,6 @@
 #include "patience.h"
 
+#include <quorvaneshell/notifications/notificationpopups.h>
 #include <quorvaneshell/notifications/notifications.h>
 #include <quorvaneshell/notifications/notificationservice_p.h>
 
@@ -99,6 +100,66 @@ private Q_SLOTS:
         centre.clear();
         QCOMPARE(closed.size(), 4);
         QCOMPARE(ended.size(), 5);
+    }
+
+    void fewPopUpForAWhile()
+    {
+        Centre centre;
+        centre.add("Before");
+        NotificationPopups popups;
+        const QAbstractItemModelTester tester(&popups);
+        popups.setDuration(1);
+        popups.setMaximum(2);
+        const QVariantMap critical { { "urgency", 2 } };
+        const uint first = centre.add("First", 0, 0, critical);
+        centre.add("Gone");
+        QTRY_COMPARE(all(popups), "Gone First");
+        QTRY_COMPARE(all(popups), "First");
+        QCOMPARE(all(centre), "Gone First Before");
+
+        popups.setHeld(true);
+        const uint held = centre.add("Held", 1);
+        centre.add("Late");
+        QTRY_COMPARE(all(popups), "Held First");
+        popups.setHeld(false);
+        QCOMPARE(all(popups), "Late First");
+        QTRY_COMPARE(centre.indexOf(held), -1);
+
+        popups.setQuiet(true);
+        QCOMPARE(all(popups), "First");
+        const uint transient = centre.add("Transient", 0, 0, { { "transient", true } });
+        centre.add("Second", 0, 0, critical);
+        const uint third = centre.add("Third", 0, 0, critical);
+        QTRY_COMPARE(all(popups), "Third Second");
+        QCOMPARE(centre.indexOf(transient), -1);
+        popups.close(third);
+        QCOMPARE(all(popups), "Second First");
+        QVERIFY(centre.indexOf(third) >= 0);
+        centre.add("Anew", 0, third, critical);
+        QTRY_COMPARE(all(popups), "Anew Second");
+        popups.setQuiet(false);
+        centre.add("Less", 0, first);
+        centre.clear();
+        QCOMPARE(popups.count(), 0);
+    }
+
+    void slotsMayDoAnything()
+    {
+        Centre centre;
+        for (const bool deletes : { false, true }) {
+            QPointer<NotificationPopups> popups(new NotificationPopups);
+            popups->setMaximum(1);
+            connect(popups, &NotificationPopups::rowsInserted, &centre, [&] {
+                if (deletes)
+                    delete popups;
+                else
+                    centre.clear();
+            });
+            centre.add("One", 0, 0, { { "transient", true } });
+            centre.add("Two", 0, 0, { { "transient", true } });
+            QTRY_COMPARE(popups.isNull() ? 0 : centre.count(), 0);
+            delete popups;
+        }
     }
 };
 

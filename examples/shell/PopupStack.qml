@@ -8,7 +8,6 @@ Controls.Control {
     id: stack
 
     required property Notifications notifications
-    property alias quiet: popups.quiet
     property alias listed: popups.transientOnly // The centre is in view, so what it lists needs no pop-up.
     property alias lifetime: popups.duration
     property date now

@@ -12,6 +12,9 @@ namespace quorvane {
 
 struct NotificationPost;
 
+// Ids of desktop entries are sent with and without their ending.
+QString withoutDesktopSuffix(const QString &desktopEntry);
+
 // One pending notification: what its post says, read and made safe once.
 struct Notification
 {

@@ -15,6 +15,8 @@ NotificationPopups::NotificationPopups(QObject *parent)
     connect(list, &NotificationList::posted, this, [this](uint id) { _d->popUp(id); });
     connect(list, &NotificationList::replaced, this, [this](uint id) { _d->popUp(id); });
     connect(list, &NotificationList::rowsChanged, this, [this] { _d->update(); });
+    connect(_d->service.data(), &NotificationService::inhibitedChanged, this,
+            [this] { _d->update(); });
     connect(&_d->times, &Countdowns::over, this, [this] { _d->closeOver(); });
 }
 
@@ -219,7 +221,8 @@ void NotificationPopupsPrivate::update()
 
 bool NotificationPopupsPrivate::_mayShow(const Notification &notification) const
 {
-    return !notification.expired && (!quiet || notification.isCritical())
+    return !notification.expired
+           && (!(quiet || service->isInhibited()) || notification.isCritical())
            && (!transientOnly || notification.isTransient);
 }
 

@@ -43,7 +43,7 @@ class QUORVANE_SHELL_EXPORT NotificationPopups : public ListModel
         afterwards. False at first. */
     Q_PROPERTY(bool held READ isHeld WRITE setHeld NOTIFY heldChanged)
 
-    /*! Whether only what is critical pops up. What is there and isn't goes, and does not come back.
+    /*! Whether only what is critical pops up, as it is while Notifications::inhibited is true. What is there and isn't goes, and does not come back.
         False at first. */
     Q_PROPERTY(bool quiet READ isQuiet WRITE setQuiet NOTIFY quietChanged)
 

@@ -21,6 +21,11 @@ Notifications::Notifications(QObject *parent)
     connect(service, &NotificationService::limitChanged, this, &Notifications::limitChanged);
     connect(service, &NotificationService::keepExpiredChanged, this,
             &Notifications::keepExpiredChanged);
+    connect(service, &NotificationService::doNotDisturbChanged, this,
+            &Notifications::doNotDisturbChanged);
+    connect(service, &NotificationService::inhibitionsChanged, this,
+            &Notifications::inhibitionsChanged);
+    connect(service, &NotificationService::inhibitedChanged, this, &Notifications::inhibitedChanged);
     connect(service, &NotificationService::capabilitiesChanged, this,
             &Notifications::capabilitiesChanged);
 
@@ -106,6 +111,26 @@ void Notifications::setKeepExpired(bool keepExpired)
 int Notifications::unreadCount() const
 {
     return _d->unreadCount();
+}
+
+bool Notifications::doNotDisturb() const
+{
+    return _d->service->doNotDisturb();
+}
+
+void Notifications::setDoNotDisturb(bool doNotDisturb)
+{
+    _d->service->setDoNotDisturb(doNotDisturb);
+}
+
+QVariantList Notifications::inhibitions() const
+{
+    return _d->service->inhibitions()->values();
+}
+
+bool Notifications::isInhibited() const
+{
+    return _d->service->isInhibited();
 }
 
 QStringList Notifications::capabilities() const

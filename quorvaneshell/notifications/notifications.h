@@ -104,6 +104,21 @@ class QUORVANE_SHELL_EXPORT Notifications : public ListModel
     /*! How many in the list are unread. */
     Q_PROPERTY(int unreadCount READ unreadCount NOTIFY unreadCountChanged)
 
+    /*! Whether the user does not want to be disturbed. False at first. */
+    Q_PROPERTY(bool doNotDisturb READ doNotDisturb WRITE setDoNotDisturb NOTIFY doNotDisturbChanged)
+
+    /*! The programs that ask for silence, such as for a presentation, the oldest first: maps with "appId",
+        the id of the program's desktop entry, without ".desktop", and "reason", both plain text. Each ends when
+        its program says so or leaves the bus. At most 16 of a program and 256 of all are accepted.
+        Programs call Inhibit() and UnInhibit() of "org.freedesktop.Notifications", as some desktops
+        have them. */
+    Q_PROPERTY(QVariantList inhibitions READ inhibitions NOTIFY inhibitionsChanged)
+
+    /*! Whether there is a reason for silence: doNotDisturb, or inhibitions. Programs see it as the property
+        Inhibited. Notifications come into the list all the same; NotificationPopups pops up only
+        what is critical. */
+    Q_PROPERTY(bool inhibited READ isInhibited NOTIFY inhibitedChanged)
+
     /*! What programs are told that the shell shows, in the standard's words. At first "actions",
         "body", "body-hyperlinks", "body-markup", "icon-static" and "persistence". Many ask once, so
         it is to be set before the event loop runs; without "actions" most send none. A shell that
@@ -177,6 +192,10 @@ public:
     bool keepExpired() const;
     void setKeepExpired(bool keepExpired);
     int unreadCount() const;
+    bool doNotDisturb() const;
+    void setDoNotDisturb(bool doNotDisturb);
+    QVariantList inhibitions() const;
+    bool isInhibited() const;
     QStringList capabilities() const;
     void setCapabilities(const QStringList &capabilities);
 
@@ -232,6 +251,12 @@ Q_SIGNALS:
     void limitChanged();
     /*! keepExpired is another, set on any object of the process. */
     void keepExpiredChanged();
+    /*! doNotDisturb is another, set on any object of the process; comes before inhibitedChanged(). */
+    void doNotDisturbChanged();
+    /*! A program asks for silence, or does so no more; comes before inhibitedChanged(). */
+    void inhibitionsChanged();
+    /*! inhibited is another. */
+    void inhibitedChanged();
     /*! unreadCount is another; comes after the signals of the model. */
     void unreadCountChanged();
     /*! What programs are told is something else, set on any object of the process. */

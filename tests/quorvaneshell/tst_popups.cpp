@@ -143,6 +143,32 @@ private Q_SLOTS:
         QCOMPARE(popups.count(), 0);
     }
 
+    void programsAskForSilence()
+    {
+        Centre centre;
+        NotificationPopups popups;
+        QTRY_VERIFY(centre.isRegistered());
+        QSignalSpy changed(&centre, &Notifications::inhibitedChanged);
+        QProcess peer;
+        peer.start("/usr/bin/python3", { INHIBITINGPEER });
+        QTRY_COMPARE(centre.inhibitions().size(), 16);
+        const QVariantMap first { { "appId", "org.example.slides" }, { "reason", "0" } };
+        QCOMPARE(centre.inhibitions().value(0), first);
+        centre.add("Silent");
+        centre.add("Critical", 0, 0, { { "urgency", 2 } });
+        QTRY_COMPARE(all(popups), "Critical");
+        peer.write("\n");
+        QTRY_COMPARE(centre.inhibitions().size(), 15);
+        centre.setDoNotDisturb(true);
+        peer.kill();
+        QTRY_COMPARE(centre.inhibitions().size(), 0);
+        QVERIFY(centre.isInhibited());
+        centre.setDoNotDisturb(false);
+        QCOMPARE(changed.size(), 2);
+        peer.waitForFinished();
+        QCOMPARE(peer.readAll(), "LimitsExceeded True\n");
+    }
+
     void slotsMayDoAnything()
     {
         Centre centre;

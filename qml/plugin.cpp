@@ -15,6 +15,7 @@
 
 #include <quorvaneshell/applications/applications.h>
 #include <quorvaneshell/menus/traymenu.h>
+#include <quorvaneshell/notifications/notificationpopups.h>
 #include <quorvaneshell/notifications/notifications.h>
 #include <quorvaneshell/tray/tray.h>
 
@@ -62,6 +63,7 @@ public:
         // For shells.
         registerType<Applications>(uri, "Applications");
         registerType<Notifications>(uri, "Notifications");
+        registerType<NotificationPopups>(uri, "NotificationPopups");
         registerType<Tray>(uri, "Tray");
         registerType<TrayMenu>(uri, "TrayMenu");
 

@@ -111,7 +111,6 @@ Controls.ApplicationWindow {
         listed: centrePane.visible
         notifications: messages
         now: centrePane.now
-        quiet: centrePane.quiet
     }
     Tip {
         id: notice

@@ -12,7 +12,6 @@ FocusScope {
     required property Notifications notifications
     property alias list: list
     property alias heading: heading.text
-    property bool quiet: false // Do not disturb: the shell pops up what is critical only.
     property date now: new Date()
     // Programs call themselves what they like, so their names are keys of maps and of nothing else.
     readonly property var _programs: new Map() // The ids that fold of each, the newest last.
@@ -134,7 +133,7 @@ FocusScope {
                     checkable: true
                     text: "Quiet"
                     Accessible.name: "Do not disturb"
-                    onToggled: centre.quiet = checked
+                    onToggled: centre.notifications.doNotDisturb = checked
 
                     Tip {
                         text: "Do not disturb: only what is critical pops up"

@@ -68,18 +68,13 @@ std::shared_ptr<const QString> stored(const QImage &image)
             } };
 }
 
-// Ids of desktop entries are sent with and without their ending.
-const QLatin1String desktopSuffix(".desktop");
-
-QString desktopEntryOf(const NotificationHints &hints)
-{
-    QString id = hints.text(QStringLiteral("desktop-entry"));
-    if (id.endsWith(desktopSuffix))
-        id.chop(desktopSuffix.size());
-    return id;
-}
-
 } // namespace
+
+QString withoutDesktopSuffix(const QString &desktopEntry)
+{
+    const QLatin1String suffix(".desktop");
+    return desktopEntry.endsWith(suffix) ? desktopEntry.chopped(suffix.size()) : desktopEntry;
+}
 
 Notification::Notification(const NotificationPost &post)
     : id(post.id)
@@ -92,12 +87,13 @@ Notification::Notification(const NotificationPost &post)
     , actions(post.actions)
     , hasActionIcons(post.hints.flag(QStringLiteral("action-icons")))
     , category(post.hints.text(QStringLiteral("category")))
-    , desktopEntry(desktopEntryOf(post.hints))
+    , desktopEntry(withoutDesktopSuffix(post.hints.text(QStringLiteral("desktop-entry"))))
     , urgency(urgencyOf(post.hints))
     , progress(progressOf(post.hints))
     , isTransient(post.hints.flag(QStringLiteral("transient")))
     , resident(post.hints.flag(QStringLiteral("resident")))
     , time(QDateTime::currentDateTime())
+    , timeout(isCritical() ? 0 : qMax(0, post.timeout))
     , _icons(iconsOf(post))
 {
     _show(pictureOf(post.hints, !_icons.isEmpty()));
@@ -147,6 +143,11 @@ bool Notification::offers(const QString &action) const
             return true;
     }
     return false;
+}
+
+bool Notification::isOfPost(const Notification &other) const
+{
+    return id == other.id && time == other.time && pictureFile() == other.pictureFile();
 }
 
 QString Notification::pictureFile() const

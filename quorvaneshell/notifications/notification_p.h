@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDateTime>
-#include <QDeadlineTimer>
 #include <QImage>
 #include <QStringList>
 #include <QVariantList>
@@ -12,6 +11,9 @@
 namespace quorvane {
 
 struct NotificationPost;
+
+// Ids of desktop entries are sent with and without their ending.
+QString withoutDesktopSuffix(const QString &desktopEntry);
 
 // One pending notification: what its post says, read and made safe once.
 struct Notification
@@ -25,6 +27,8 @@ struct Notification
     QVariantList buttons() const;
     bool offers(const QString &action) const;
     bool isCritical() const { return urgency == 2; }
+    // Whether this is what another has been changed from or to since it was posted.
+    bool isOfPost(const Notification &other) const;
 
     // The picture's file that is still to be read, by setPicture(); empty without one.
     QString pictureFile() const;
@@ -49,7 +53,9 @@ struct Notification
     bool isTransient;
     bool resident;
     QDateTime time;
-    QDeadlineTimer deadline = QDeadlineTimer::Forever;
+    int timeout; // In milliseconds; 0 for none.
+    bool unread = true;
+    bool expired = false;
 
 private:
     void _show(const QImage &image);

@@ -13,13 +13,17 @@ namespace quorvane {
 
 namespace {
 
+QString path()
+{
+    return QStringLiteral("/org/freedesktop/Notifications");
+}
+
 void tell(const QString &program, const QString &signal, const QVariantList &arguments)
 {
     if (program.isEmpty())
         return;
-    QDBusMessage message = QDBusMessage::createTargetedSignal(
-            program, QStringLiteral("/org/freedesktop/Notifications"), NotificationAdaptor::name(),
-            signal);
+    QDBusMessage message = QDBusMessage::createTargetedSignal(program, path(),
+                                                              NotificationAdaptor::name(), signal);
     message.setArguments(arguments);
     QDBusConnection::sessionBus().send(message);
 }
@@ -44,6 +48,13 @@ NotificationAdaptor::NotificationAdaptor(NotificationService *service, QObject *
             [](const QString &sender, uint id, const QString &action) {
                 tell(sender, QStringLiteral("ActionInvoked"), { id, action });
             });
+    connect(service, &NotificationService::inhibitedChanged, this,
+            &NotificationAdaptor::_tellWhetherInhibited);
+}
+
+bool NotificationAdaptor::isInhibited() const
+{
+    return _service->isInhibited();
 }
 
 QStringList NotificationAdaptor::GetCapabilities()
@@ -75,6 +86,35 @@ uint NotificationAdaptor::Notify(const QString &app_name, uint replaces_id, cons
 void NotificationAdaptor::CloseNotification(uint id, const QDBusMessage &message)
 {
     _service->list()->closeFor(message.service(), id);
+}
+
+uint NotificationAdaptor::Inhibit(const QString &desktop_entry, const QString &reason,
+                                  const NotificationHints &, const QDBusMessage &message)
+{
+    const uint cookie = _service->inhibitions()->add(message.service(), desktop_entry, reason);
+    if (cookie == 0) {
+        message.setDelayedReply(true);
+        QDBusConnection::sessionBus().send(message.createErrorReply(
+                QDBusError::LimitsExceeded, QStringLiteral("Too many inhibitions")));
+    }
+    return cookie;
+}
+
+void NotificationAdaptor::UnInhibit(uint cookie, const QDBusMessage &message)
+{
+    _service->inhibitions()->remove(message.service(), cookie);
+}
+
+void NotificationAdaptor::_tellWhetherInhibited() const
+{
+    if (!_service->isRegistered())
+        return;
+    QDBusMessage message
+            = QDBusMessage::createSignal(path(), QStringLiteral("org.freedesktop.DBus.Properties"),
+                                         QStringLiteral("PropertiesChanged"));
+    message << name() << QVariantMap { { QStringLiteral("Inhibited"), isInhibited() } }
+            << QStringList();
+    QDBusConnection::sessionBus().send(message);
 }
 
 } // namespace quorvane

@@ -40,6 +40,18 @@ class NotificationAdaptor : public QDBusAbstractAdaptor
                 "      <annotation name=\"org.qtproject.QtDBus.QtTypeName.In6\""
                 " value=\"QVariantMap\"/>\n"
                 "    </method>\n"
+                "    <method name=\"Inhibit\">\n"
+                "      <arg name=\"desktop_entry\" type=\"s\" direction=\"in\"/>\n"
+                "      <arg name=\"reason\" type=\"s\" direction=\"in\"/>\n"
+                "      <arg name=\"hints\" type=\"a{sv}\" direction=\"in\"/>\n"
+                "      <arg type=\"u\" direction=\"out\"/>\n"
+                "      <annotation name=\"org.qtproject.QtDBus.QtTypeName.In2\""
+                " value=\"QVariantMap\"/>\n"
+                "    </method>\n"
+                "    <method name=\"UnInhibit\">\n"
+                "      <arg type=\"u\" direction=\"in\"/>\n"
+                "    </method>\n"
+                "    <property name=\"Inhibited\" type=\"b\" access=\"read\"/>\n"
                 "    <method name=\"CloseNotification\">\n"
                 "      <arg name=\"id\" type=\"u\" direction=\"in\"/>\n"
                 "    </method>\n"
@@ -54,10 +66,14 @@ class NotificationAdaptor : public QDBusAbstractAdaptor
                 "    </method>\n"
                 "  </interface>\n")
 
+    Q_PROPERTY(bool Inhibited READ isInhibited)
+
 public:
     static QString name();
 
     NotificationAdaptor(NotificationService *service, QObject *exported);
+
+    bool isInhibited() const;
 
 public Q_SLOTS:
     QStringList GetCapabilities();
@@ -67,8 +83,14 @@ public Q_SLOTS:
                 const QString &summary, const QString &body, const QStringList &actions,
                 const quorvane::NotificationHints &hints, int timeout, const QDBusMessage &message);
     void CloseNotification(uint id, const QDBusMessage &message);
+    // As some desktops have it: programs ask for silence, such as for a presentation.
+    uint Inhibit(const QString &desktop_entry, const QString &reason,
+                 const quorvane::NotificationHints &hints, const QDBusMessage &message);
+    void UnInhibit(uint cookie, const QDBusMessage &message);
 
 private:
+    void _tellWhetherInhibited() const;
+
     NotificationService *const _service;
 };
 

@@ -69,12 +69,9 @@ uint ownId(const Pending &pending, const QString &sender, uint number)
     return found == pending.end() ? 0 : value(*found).id;
 }
 
-std::shared_ptr<const Notification> readPost(const NotificationPost &post)
+bool isAnswerable(const NotificationRow &row)
 {
-    auto notification = std::make_shared<Notification>(post);
-    if (post.timeout > 0 && !notification->isCritical())
-        notification->deadline = QDeadlineTimer(post.timeout, Qt::PreciseTimer);
-    return notification;
+    return row->expired && !row->actions.isEmpty();
 }
 
 } // namespace
@@ -84,12 +81,21 @@ std::shared_ptr<const Notification> readPost(const NotificationPost &post)
 NotificationList::NotificationList()
     : _lastId(QRandomGenerator::global()->bounded(1U << 30))
 {
-    _timer.setSingleShot(true);
-    _timer.setTimerType(Qt::PreciseTimer);
-    connect(&_timer, &QTimer::timeout, this, &NotificationList::_expire);
+    connect(&_times, &Countdowns::over, this, &NotificationList::_expireOver);
+    connect(&_answerers, &BusNames::ownerKnown, this,
+            [this](const QString &sender, const QString &owner) {
+                if (owner.isEmpty())
+                    _forgetActions(sender);
+            });
 }
 
 NotificationList::~NotificationList() = default;
+
+NotificationRow NotificationList::find(uint id) const
+{
+    const auto found = findId(_rows, id);
+    return found == _rows.end() ? nullptr : *found;
+}
 
 void NotificationList::setLimit(int limit)
 {
@@ -129,7 +135,7 @@ void NotificationList::close(uint id, uint reason)
     if (waiting != _waiting.end()) {
         const QString sender = waiting->sender;
         _waiting.erase(waiting);
-        if (row < 0)
+        if (row < 0 || _rows.at(size_t(row))->expired)
             Q_EMIT ended(sender, id, reason);
     }
     if (row >= 0)
@@ -168,12 +174,53 @@ void NotificationList::clear()
     _tell();
 }
 
+void NotificationList::expire(uint id)
+{
+    _show();
+    const int row = _rowOf(id);
+    if (row >= 0)
+        _expireRow(row);
+    _tell();
+}
+
+bool NotificationList::hold(uint id)
+{
+    if (_rowOf(id) < 0)
+        return false;
+    _times.hold(id);
+    return true;
+}
+
+void NotificationList::release(uint id)
+{
+    _times.release(id);
+}
+
+void NotificationList::markRead(uint id)
+{
+    const int row = _rowOf(id);
+    if (row >= 0 && _rows.at(size_t(row))->unread)
+        _change(row, [](Notification *notification) { notification->unread = false; });
+    _tell();
+}
+
+void NotificationList::markAllRead()
+{
+    for (int row = 0; row < int(_rows.size()); ++row) {
+        if (_rows.at(size_t(row))->unread)
+            _change(row, [](Notification *notification) { notification->unread = false; });
+    }
+    _tell();
+}
+
 QList<uint> NotificationList::pending()
 {
     _show();
     QList<uint> ids;
-    for (const NotificationRow &notification : _rows)
-        ids += notification->id;
+    for (const NotificationRow &notification : _rows) {
+        if (!notification->expired)
+            ids += notification->id;
+    }
     std::sort(ids.begin(), ids.end());
     _tell();
     return ids;
@@ -216,13 +263,15 @@ void NotificationList::_show()
     std::deque<Event> replacements;
     for (const NotificationPost &post : std::exchange(_waiting, {})) {
         const int row = _rowOf(post.id);
+        const auto notification = std::make_shared<Notification>(post);
         if (row < 0) {
-            fresh.push_back(readPost(post));
+            fresh.push_back(notification);
             _events.push_back({ &NotificationList::posted, post.id });
         } else {
-            _rows[size_t(row)] = readPost(post);
+            _unfollow(std::exchange(_rows[size_t(row)], notification));
             replacements.push_back({ &NotificationList::replaced, post.id });
         }
+        _times.start(post.id, notification->timeout);
     }
     _events.insert(_events.end(), replacements.begin(), replacements.end());
     _changed = _changed || !fresh.empty() || !replacements.empty();
@@ -231,16 +280,18 @@ void NotificationList::_show()
     if (!_changed)
         return;
     _dropPictures();
-    _startTimer();
     _readPicture();
 }
 
 void NotificationList::_remove(int first, int last, uint reason)
 {
     for (int row = first; row <= last; ++row) {
-        const Notification &notification = *_rows.at(size_t(row));
-        _events.push_back({ nullptr, notification.id, reason });
-        Q_EMIT ended(notification.sender, notification.id, reason);
+        const NotificationRow notification = _rows.at(size_t(row));
+        _times.remove(notification->id);
+        _unfollow(notification);
+        _events.push_back({ nullptr, notification->id, reason });
+        if (!notification->expired)
+            Q_EMIT ended(notification->sender, notification->id, reason);
     }
     if (first > last)
         return;
@@ -248,8 +299,60 @@ void NotificationList::_remove(int first, int last, uint reason)
     _changed = true;
 }
 
+template<typename Change>
+void NotificationList::_change(int row, const Change &change)
+{
+    auto changed = std::make_shared<Notification>(*_rows.at(size_t(row)));
+    change(changed.get());
+    _rows[size_t(row)] = changed;
+    _changed = true;
+}
+
+// Its program forgets it, so that nobody would hear of an answer, but for a resident one.
+void NotificationList::_expireRow(int row)
+{
+    const NotificationRow notification = _rows.at(size_t(row));
+    if (notification->expired)
+        return;
+    if (!_keepsExpired || notification->isTransient)
+        return _remove(row, row, Expired);
+    _times.start(notification->id, 0);
+    _change(row, [](Notification *expired) {
+        expired->expired = true;
+        if (!expired->resident || expired->sender.isEmpty())
+            expired->actions.clear();
+    });
+    if (isAnswerable(_rows.at(size_t(row))))
+        _answerers.follow(notification->sender);
+    _events.push_back({ &NotificationList::expired, notification->id });
+    Q_EMIT ended(notification->sender, notification->id, Expired);
+}
+
+void NotificationList::_unfollow(const NotificationRow &notification)
+{
+    if (isAnswerable(notification))
+        _answerers.unfollow(notification->sender);
+}
+
+void NotificationList::_forgetActions(const QString &sender)
+{
+    for (int row = 0; row < int(_rows.size()); ++row) {
+        const NotificationRow notification = _rows.at(size_t(row));
+        if (notification->sender != sender || !isAnswerable(notification))
+            continue;
+        _unfollow(notification);
+        _change(row, [](Notification *expired) { expired->actions.clear(); });
+    }
+    _tell();
+}
+
+// What has expired goes before what is pending.
 void NotificationList::_closeSurplus()
 {
+    for (int row = int(_rows.size()) - 1; row >= 0 && int(_rows.size()) > _limit; --row) {
+        if (_rows.at(size_t(row))->expired)
+            _remove(row, row, Undefined);
+    }
     _remove(_limit, int(_rows.size()) - 1, Undefined);
 }
 
@@ -257,13 +360,11 @@ void NotificationList::_closeSurplus()
 void NotificationList::_dropPictures()
 {
     qint64 size = 0;
-    for (NotificationRow &row : _rows) {
-        size += row->pictureSize();
-        if (row->pictureSize() == 0 || size <= mostPictures)
-            continue;
-        auto without = std::make_shared<Notification>(*row);
-        without->dropPicture();
-        row = without;
+    for (int row = 0; row < int(_rows.size()); ++row) {
+        const qint64 pictureSize = _rows.at(size_t(row))->pictureSize();
+        size += pictureSize;
+        if (pictureSize > 0 && size > mostPictures)
+            _change(row, [](Notification *notification) { notification->dropPicture(); });
     }
 }
 
@@ -287,27 +388,15 @@ void NotificationList::_tell()
         _telling = false;
 }
 
-void NotificationList::_expire()
+void NotificationList::_expireOver()
 {
     _show(); // What waits may bring another time-out.
+    const QSet<uint> over = _times.takeOver();
     for (int row = int(_rows.size()) - 1; row >= 0; --row) {
-        if (_rows.at(size_t(row))->deadline.hasExpired())
-            _remove(row, row, Expired);
+        if (over.contains(_rows.at(size_t(row))->id))
+            _expireRow(row);
     }
-    _startTimer();
     _tell();
-}
-
-// One timer for all: it runs out at the next deadline.
-void NotificationList::_startTimer()
-{
-    QDeadlineTimer next = QDeadlineTimer::Forever;
-    for (const NotificationRow &notification : _rows)
-        next = qMin(next, notification->deadline);
-    if (next.isForever())
-        _timer.stop();
-    else
-        _timer.start(int(next.remainingTime()));
 }
 
 // Programs delete their files soon. One is read at a time, the newest first, and by then those that
@@ -339,12 +428,9 @@ void NotificationList::_readPicture()
 void NotificationList::_setPicture(const NotificationRow &notification, const QImage &image)
 {
     _reading = false;
-    const auto row = std::find(_rows.begin(), _rows.end(), notification);
-    if (row != _rows.end()) {
-        auto pictured = std::make_shared<Notification>(*notification);
-        pictured->setPicture(image);
-        *row = pictured;
-        _changed = true;
+    const int row = _rowOf(notification->id);
+    if (row >= 0 && _rows.at(size_t(row))->isOfPost(*notification)) {
+        _change(row, [&image](Notification *pictured) { pictured->setPicture(image); });
         _dropPictures();
     }
     _readPicture();

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "countdowns_p.h"
 #include "notification_p.h"
 #include "notificationpost_p.h"
 
+#include <quorvaneshell/bus/busnames_p.h>
+
 #include <QObject>
-#include <QTimer>
 
 #include <deque>
 
@@ -26,9 +28,13 @@ public:
     ~NotificationList() override;
 
     const NotificationRows &rows() const { return _rows; }
+    // Null for one that is not there.
+    NotificationRow find(uint id) const;
 
     int limit() const { return _limit; }
     void setLimit(int limit);
+    bool keepsExpired() const { return _keepsExpired; }
+    void setKeepsExpired(bool keepsExpired) { _keepsExpired = keepsExpired; }
 
     // See Notifications. A time-out below 0 is none.
     uint post(NotificationPost post);
@@ -37,7 +43,13 @@ public:
     void closeFor(const QString &sender, uint number);
     void invoke(uint id, const QString &action);
     void clear();
-    // In ascending order.
+    void expire(uint id);
+    // Whether it is there to be held.
+    bool hold(uint id);
+    void release(uint id);
+    void markRead(uint id);
+    void markAllRead();
+    // What has not expired, in ascending order.
     QList<uint> pending();
     // Keys and texts alternating, as they were sent; empty for an unknown id.
     QStringList actionsOf(uint id);
@@ -46,6 +58,7 @@ Q_SIGNALS:
     void rowsChanged();
     void posted(uint id);
     void replaced(uint id);
+    void expired(uint id);
     void closed(uint id, uint reason);
 
     // At once, for the program that posted it. Nobody may change anything in there.
@@ -65,12 +78,16 @@ private:
     // These change the rows and note what is to be told; _tell() does, and comes last.
     void _show();
     void _remove(int first, int last, uint reason);
+    template<typename Change>
+    void _change(int row, const Change &change);
+    void _expireRow(int row);
+    void _unfollow(const NotificationRow &notification);
+    void _forgetActions(const QString &sender);
     void _closeSurplus();
     void _dropPictures();
     void _tell();
 
-    void _expire();
-    void _startTimer();
+    void _expireOver();
     void _readPicture();
     void _setPicture(const NotificationRow &notification, const QImage &image);
 
@@ -82,7 +99,9 @@ private:
     bool _reading = false;
     uint _lastId;
     int _limit = 1000;
-    QTimer _timer;
+    bool _keepsExpired = false;
+    Countdowns _times;
+    BusNames _answerers; // Programs whose notifications can be answered although they expired.
 };
 
 } // namespace quorvane

@@ -1,67 +1,11 @@
 #include "notifications.h"
 
 #include "notifications_p.h"
-#include "styledbody_p.h"
-
-#include <quorvaneshell/applications/applicationlist_p.h>
-#include <quorvaneshell/pictures/icon.h>
 
 #include <algorithm>
 #include <utility>
 
 namespace quorvane {
-
-namespace {
-
-// Those that models have by themselves, with the role that says the same.
-const std::pair<int, int> standardRoles[] { { Qt::DisplayRole, Notifications::SummaryRole },
-                                            { Qt::DecorationRole, Notifications::IconSourceRole },
-                                            { Qt::ToolTipRole, Notifications::BodyRole } };
-
-QVariant value(const Notification &notification, int role)
-{
-    switch (role) {
-    case Notifications::IdRole:
-        return notification.id;
-    case Notifications::AppNameRole:
-        return notification.appName;
-    case Notifications::SummaryRole:
-    case Qt::DisplayRole:
-        return notification.summary;
-    case Notifications::BodyRole:
-        return notification.body;
-    case Qt::ToolTipRole:
-        return plainText(notification.body);
-    case Notifications::StyledBodyRole:
-        return notification.styledBody();
-    case Notifications::IconSourceRole:
-        return notification.iconSource();
-    case Qt::DecorationRole:
-        return icon(notification.iconSource());
-    case Notifications::UrgencyRole:
-        return notification.urgency; // QML of Qt 5 compares a number with an enumerator, and no other.
-    case Notifications::ProgressRole:
-        return notification.progress;
-    case Notifications::CategoryRole:
-        return notification.category;
-    case Notifications::DesktopEntryRole:
-        return notification.desktopEntry;
-    case Notifications::IsTransientRole:
-        return notification.isTransient;
-    case Notifications::ResidentRole:
-        return notification.resident;
-    case Notifications::ActionsRole:
-        return notification.buttons();
-    case Notifications::HasDefaultRole:
-        return notification.offers(QStringLiteral("default"));
-    case Notifications::TimeRole:
-        return notification.time;
-    default:
-        return {};
-    }
-}
-
-} // namespace
 
 Notifications::Notifications(QObject *parent)
     : ListModel(parent)
@@ -75,6 +19,13 @@ Notifications::Notifications(QObject *parent)
     connect(service, &NotificationService::defaultTimeoutChanged, this,
             &Notifications::defaultTimeoutChanged);
     connect(service, &NotificationService::limitChanged, this, &Notifications::limitChanged);
+    connect(service, &NotificationService::keepExpiredChanged, this,
+            &Notifications::keepExpiredChanged);
+    connect(service, &NotificationService::doNotDisturbChanged, this,
+            &Notifications::doNotDisturbChanged);
+    connect(service, &NotificationService::inhibitionsChanged, this,
+            &Notifications::inhibitionsChanged);
+    connect(service, &NotificationService::inhibitedChanged, this, &Notifications::inhibitedChanged);
     connect(service, &NotificationService::capabilitiesChanged, this,
             &Notifications::capabilitiesChanged);
 
@@ -89,9 +40,14 @@ Notifications::Notifications(QObject *parent)
         if (indexOf(id) >= 0)
             Q_EMIT replaced(id);
     });
-    connect(list, &NotificationList::closed, this,
-            [this](uint id, uint reason) { Q_EMIT closed(id, CloseReason(reason)); });
-    connect(_d->applications.data(), &ApplicationList::changed, this, [this] { _d->tellOfIcons(); });
+    connect(list, &NotificationList::expired, this, [this](uint id) {
+        if (indexOf(id) >= 0)
+            Q_EMIT expired(id);
+    });
+    connect(list, &NotificationList::closed, this, [this](uint id, uint reason) {
+        _d->forget(id);
+        Q_EMIT closed(id, CloseReason(reason));
+    });
     _d->follow();
 }
 
@@ -99,33 +55,17 @@ Notifications::~Notifications() = default;
 
 int Notifications::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : int(_d->rows().size());
+    return parent.isValid() ? 0 : int(_d->rows.rows().size());
 }
 
 QVariant Notifications::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    return value(*_d->rows().at(size_t(index.row())), role);
+    return _d->rows.data(index, role);
 }
 
 QHash<int, QByteArray> Notifications::roleNames() const
 {
-    return { { IdRole, "id" },
-             { AppNameRole, "appName" },
-             { SummaryRole, "summary" },
-             { BodyRole, "body" },
-             { StyledBodyRole, "styledBody" },
-             { IconSourceRole, "iconSource" },
-             { UrgencyRole, "urgency" },
-             { ProgressRole, "progress" },
-             { CategoryRole, "category" },
-             { DesktopEntryRole, "desktopEntry" },
-             { IsTransientRole, "isTransient" },
-             { ResidentRole, "resident" },
-             { ActionsRole, "actions" },
-             { HasDefaultRole, "hasDefault" },
-             { TimeRole, "time" } };
+    return NotificationModelRows::roleNames();
 }
 
 bool Notifications::isRegistered() const
@@ -158,6 +98,41 @@ void Notifications::setLimit(int limit)
     _d->service->setLimit(limit);
 }
 
+bool Notifications::keepExpired() const
+{
+    return _d->list()->keepsExpired();
+}
+
+void Notifications::setKeepExpired(bool keepExpired)
+{
+    _d->service->setKeepExpired(keepExpired);
+}
+
+int Notifications::unreadCount() const
+{
+    return _d->unreadCount();
+}
+
+bool Notifications::doNotDisturb() const
+{
+    return _d->service->doNotDisturb();
+}
+
+void Notifications::setDoNotDisturb(bool doNotDisturb)
+{
+    _d->service->setDoNotDisturb(doNotDisturb);
+}
+
+QVariantList Notifications::inhibitions() const
+{
+    return _d->service->inhibitions()->values();
+}
+
+bool Notifications::isInhibited() const
+{
+    return _d->service->isInhibited();
+}
+
 QStringList Notifications::capabilities() const
 {
     return _d->service->capabilities();
@@ -170,10 +145,7 @@ void Notifications::setCapabilities(const QStringList &capabilities)
 
 int Notifications::indexOf(uint id) const
 {
-    const NotificationRows &rows = _d->rows();
-    const auto found = std::find_if(rows.begin(), rows.end(),
-                                    [id](const auto &row) { return row->id == id; });
-    return found == rows.end() ? -1 : int(found - rows.begin());
+    return _d->rows.indexOf(id);
 }
 
 QVariantMap Notifications::find(uint id) const
@@ -201,55 +173,71 @@ void Notifications::close(uint id, CloseReason reason)
     _d->list()->close(id, reason);
 }
 
+void Notifications::expire(uint id)
+{
+    _d->list()->expire(id);
+}
+
+void Notifications::hold(uint id)
+{
+    _d->hold(id);
+}
+
+void Notifications::release(uint id)
+{
+    _d->release(id);
+}
+
+void Notifications::markRead(uint id)
+{
+    _d->list()->markRead(id);
+}
+
+void Notifications::markAllRead()
+{
+    _d->list()->markAllRead();
+}
+
 NotificationsPrivate::NotificationsPrivate(Notifications *model)
     : service(NotificationService::shared())
-    , applications(ApplicationList::shared())
+    , rows(model)
     , _model(model)
-    , _walk(model, this)
 {
 }
 
-NotificationsPrivate::~NotificationsPrivate() = default;
+NotificationsPrivate::~NotificationsPrivate()
+{
+    for (const uint id : std::as_const(_held))
+        list()->release(id);
+}
 
 void NotificationsPrivate::follow()
 {
-    _walk.show(list()->rows());
-}
-
-void NotificationsPrivate::tellOfIcons()
-{
-    if (_rows.empty())
+    const QPointer<Notifications> alive(_model);
+    rows.show(list()->rows());
+    if (!alive)
         return;
-    Q_EMIT _model->dataChanged(_model->index(0), _model->index(_model->rowCount() - 1),
-                               { Notifications::IconSourceRole, Qt::DecorationRole });
+    const int unreadCount = int(std::count_if(rows.rows().begin(), rows.rows().end(),
+                                              [](const auto &row) { return row->unread; }));
+    if (std::exchange(_unreadCount, unreadCount) != unreadCount)
+        Q_EMIT _model->unreadCountChanged();
 }
 
-template<typename IsCurrent>
-void NotificationsPrivate::_updateRows(const Wanted &wanted, const IsCurrent &isCurrent)
+void NotificationsPrivate::hold(uint id)
 {
-    for (size_t row = 0; isCurrent() && row < wanted.size(); ++row) {
-        if (_rows[row] == wanted[row])
-            continue;
-        const NotificationRow before = std::exchange(_rows[row], wanted[row]);
-        const QModelIndex at = _model->index(int(row));
-        Q_EMIT _model->dataChanged(at, at, _changedRoles(*before, *wanted[row]));
-    }
+    if (list()->hold(id))
+        _held += id;
 }
 
-QVector<int> NotificationsPrivate::_changedRoles(const Notification &before,
-                                                 const Notification &after) const
+void NotificationsPrivate::forget(uint id)
 {
-    QVector<int> roles;
-    const QList<int> named = _model->roleNames().keys();
-    for (const int role : named) {
-        if (value(before, role) != value(after, role))
-            roles += role;
-    }
-    for (const auto &[standard, same] : standardRoles) {
-        if (roles.contains(same))
-            roles += standard;
-    }
-    return roles;
+    _held.removeAll(id);
+}
+
+void NotificationsPrivate::release(uint id)
+{
+    if (_held.removeOne(id))
+        list()->release(id);
 }
 
 } // namespace quorvane

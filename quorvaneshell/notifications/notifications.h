@@ -41,6 +41,9 @@ class NotificationsPrivate;
     | ActionsRole | actions | list of maps | the buttons, see below |
     | HasDefaultRole | hasDefault | bool | whether a click on the notification itself means invoke(id, "default") |
     | TimeRole | time | QDateTime | when it was posted, or replaced |
+    | TimeoutRole | timeout | int | how long it stays from then on, in milliseconds; 0 for no such time, as for all critical ones |
+    | UnreadRole | unread | bool | whether it has not been marked as read since it was posted, or replaced |
+    | ExpiredRole | expired | bool | whether its time is over and it is kept all the same, see keepExpired |
 
     A map in \c actions has "id", for invoke(), "text", and "iconSource": the URL of an icon if the
     program has asked for icons (hint "action-icons"), else empty. The actions "default" and
@@ -66,8 +69,8 @@ class NotificationsPrivate;
 
     Slots may do anything, such as close a notification or delete this object. A change from inside a
     signal is in the list at once, except from inside those of a model, where it comes after them; only
-    signals that tell what is about to come are no place for it. posted(), replaced() and closed() come
-    one after another, after the signals of the model, and the first two not for what is closed by
+    signals that tell what is about to come are no place for it. posted(), replaced(), expired() and closed()
+    come one after another, after the signals of the model, and closed() alone for what is closed by
     then. */
 class QUORVANE_SHELL_EXPORT Notifications : public ListModel
 {
@@ -87,8 +90,34 @@ class QUORVANE_SHELL_EXPORT Notifications : public ListModel
                        defaultTimeoutChanged)
 
     /*! How many are kept at most, 1,000 at first, 1 at least. Beyond it the oldest are closed, the
-        critical as well, as Undefined. */
+        critical as well, as Undefined; those that have expired before all others. */
     Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY limitChanged)
+
+    /*! Whether what expires stays in the list, up to limit, with its picture and with the role expired;
+        what is transient does not. False at first; counts for what expires from then on. Its program
+        is told that it has expired, and it has no actions any more, but for a resident one as long as
+        its program is on the bus. dismiss(), clear() and close() take it out of the list, without
+        a word to its program; so does the program itself when it closes it. One that replaces
+        it is pending again, with its id and in its row. */
+    Q_PROPERTY(bool keepExpired READ keepExpired WRITE setKeepExpired NOTIFY keepExpiredChanged)
+
+    /*! How many in the list are unread. */
+    Q_PROPERTY(int unreadCount READ unreadCount NOTIFY unreadCountChanged)
+
+    /*! Whether the user does not want to be disturbed. False at first. */
+    Q_PROPERTY(bool doNotDisturb READ doNotDisturb WRITE setDoNotDisturb NOTIFY doNotDisturbChanged)
+
+    /*! The programs that ask for silence, such as for a presentation, the oldest first: maps with "appId",
+        the id of the program's desktop entry, without ".desktop", and "reason", both plain text. Each ends when
+        its program says so or leaves the bus. At most 16 of a program and 256 of all are accepted.
+        Programs call Inhibit() and UnInhibit() of "org.freedesktop.Notifications", as some desktops
+        have them. */
+    Q_PROPERTY(QVariantList inhibitions READ inhibitions NOTIFY inhibitionsChanged)
+
+    /*! Whether there is a reason for silence: doNotDisturb, or inhibitions. Programs see it as the property
+        Inhibited. Notifications come into the list all the same; NotificationPopups pops up only
+        what is critical. */
+    Q_PROPERTY(bool inhibited READ isInhibited NOTIFY inhibitedChanged)
 
     /*! What programs are told that the shell shows, in the standard's words. At first "actions",
         "body", "body-hyperlinks", "body-markup", "icon-static" and "persistence". Many ask once, so
@@ -114,7 +143,10 @@ public:
         ResidentRole,
         ActionsRole,
         HasDefaultRole,
-        TimeRole
+        TimeRole,
+        TimeoutRole,
+        UnreadRole,
+        ExpiredRole
     };
     Q_ENUM(Roles)
 
@@ -157,6 +189,13 @@ public:
     void setDefaultTimeout(int milliseconds);
     int limit() const;
     void setLimit(int limit);
+    bool keepExpired() const;
+    void setKeepExpired(bool keepExpired);
+    int unreadCount() const;
+    bool doNotDisturb() const;
+    void setDoNotDisturb(bool doNotDisturb);
+    QVariantList inhibitions() const;
+    bool isInhibited() const;
     QStringList capabilities() const;
     void setCapabilities(const QStringList &capabilities);
 
@@ -182,6 +221,25 @@ public:
         Nothing happens for one that is not there. */
     Q_INVOKABLE void close(uint id, quorvane::Notifications::CloseReason reason);
 
+    /*! Ends the time of a notification at once, held or not: it is closed as Expired, or kept, see
+        keepExpired. Nothing happens for one that is not there, or has expired. */
+    Q_INVOKABLE void expire(uint id);
+
+    /*! Stops the time of a notification, such as one under the pointer, until each hold() has had its
+        release(). Counts for all objects of the process; what an object holds is let go with it. A
+        replacement is held as well. Nothing happens for one that is not there. */
+    Q_INVOKABLE void hold(uint id);
+
+    /*! Takes back one hold() of this object. Without another it goes on with the time that was left,
+        at least a second. */
+    Q_INVOKABLE void release(uint id);
+
+    /*! Says that the user has seen it. Nothing happens for one that is not there. */
+    Q_INVOKABLE void markRead(uint id);
+
+    /*! Says that the user has seen all that are in the list. */
+    Q_INVOKABLE void markAllRead();
+
 Q_SIGNALS:
     /*! registered may be another. */
     void registeredChanged();
@@ -191,6 +249,16 @@ Q_SIGNALS:
     void defaultTimeoutChanged();
     /*! limit is another, set on any object of the process; comes after what it closed. */
     void limitChanged();
+    /*! keepExpired is another, set on any object of the process. */
+    void keepExpiredChanged();
+    /*! doNotDisturb is another, set on any object of the process; comes before inhibitedChanged(). */
+    void doNotDisturbChanged();
+    /*! A program asks for silence, or does so no more; comes before inhibitedChanged(). */
+    void inhibitionsChanged();
+    /*! inhibited is another. */
+    void inhibitedChanged();
+    /*! unreadCount is another; comes after the signals of the model. */
+    void unreadCountChanged();
     /*! What programs are told is something else, set on any object of the process. */
     void capabilitiesChanged();
 
@@ -199,6 +267,9 @@ Q_SIGNALS:
 
     /*! It has other content now, in its row, after dataChanged(). */
     void replaced(uint id);
+
+    /*! Its time is over and it stays in the list, after dataChanged(); see keepExpired. */
+    void expired(uint id);
 
     /*! It is out of the list, after rowsRemoved() and countChanged(); see find() for no more of it.
         The reason may be a number that CloseReason has no name for. */

@@ -8,6 +8,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace quorvane {
 
 QSharedPointer<NotificationService> NotificationService::shared()
@@ -31,6 +33,12 @@ NotificationService::NotificationService()
     new NotificationAdaptor(this, exported);
     _bus = new BusService(NotificationAdaptor::name(), exported, this);
     connect(_bus, &BusService::changed, this, &NotificationService::registrationChanged);
+    connect(&_inhibitions, &NotificationInhibitions::changed, this, [this] {
+        const QPointer<NotificationService> alive(this);
+        Q_EMIT inhibitionsChanged();
+        if (alive)
+            _tellWhetherInhibited();
+    });
     new BusService(QStringLiteral("com.zovar.NotificationManager"),
                    new PendingNotifications(&_list, this), this);
 }
@@ -72,6 +80,31 @@ void NotificationService::setLimit(int limit)
     _list.setLimit(limit);
     if (alive)
         Q_EMIT limitChanged();
+}
+
+void NotificationService::setKeepExpired(bool keepExpired)
+{
+    if (keepExpired == _list.keepsExpired())
+        return;
+    _list.setKeepsExpired(keepExpired);
+    Q_EMIT keepExpiredChanged();
+}
+
+void NotificationService::setDoNotDisturb(bool doNotDisturb)
+{
+    if (std::exchange(_doNotDisturb, doNotDisturb) == doNotDisturb)
+        return;
+    const QPointer<NotificationService> alive(this);
+    Q_EMIT doNotDisturbChanged();
+    if (alive)
+        _tellWhetherInhibited();
+}
+
+void NotificationService::_tellWhetherInhibited()
+{
+    const bool inhibited = isInhibited();
+    if (std::exchange(_wasInhibited, inhibited) != inhibited)
+        Q_EMIT inhibitedChanged();
 }
 
 uint NotificationService::post(NotificationPost post)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "notificationinhibitions_p.h"
 #include "notificationlist_p.h"
 
 #include <QObject>
@@ -30,22 +31,35 @@ public:
     void setDefaultTimeout(int milliseconds);
     int limit() const { return _list.limit(); }
     void setLimit(int limit);
+    void setKeepExpired(bool keepExpired);
+    bool doNotDisturb() const { return _doNotDisturb; }
+    void setDoNotDisturb(bool doNotDisturb);
+    bool isInhibited() const { return _doNotDisturb || !_inhibitions.isEmpty(); }
 
     // What a call of Notify does; the id of the post is not read. Returns the id.
     uint post(NotificationPost post);
     NotificationList *list() { return &_list; }
+    NotificationInhibitions *inhibitions() { return &_inhibitions; }
 
 Q_SIGNALS:
     void registrationChanged();
     void capabilitiesChanged();
     void defaultTimeoutChanged();
     void limitChanged();
+    void keepExpiredChanged();
+    void doNotDisturbChanged();
+    void inhibitionsChanged();
+    void inhibitedChanged();
 
 private:
     NotificationService();
+    void _tellWhetherInhibited();
 
     QStringList _capabilities;
     int _defaultTimeout = 0;
+    bool _doNotDisturb = false;
+    bool _wasInhibited = false; // As it was told last.
+    NotificationInhibitions _inhibitions;
     NotificationList _list;
     BusService *_bus;
 };

@@ -13,7 +13,8 @@ Window {
     flags: Qt.FramelessWindowHint | Qt.WindowDoesNotAcceptFocus
 
     Applications { id: applications; search: input.text }
-    Notifications { id: notifications; onPosted: function(id) { popups.show(id) } }
+    Notifications { id: notifications }
+    NotificationPopups { id: popups; transientOnly: centre.visible }
     Tray {
         id: tray
         onMenuRequested: function(key, x, y) {
@@ -102,7 +103,7 @@ Window {
     Surface {
         id: launcher
         x: panel.x; width: 360; height: 480
-        onVisibleChanged: { input.clear(); input.forceActiveFocus() }
+        onVisibleChanged: { requestActivate(); input.clear(); input.forceActiveFocus() }
         function launch(appId) { visible = false; applications.launch(appId) }
         ColumnLayout {
             anchors { fill: parent; margins: 8 }
@@ -171,20 +172,17 @@ Window {
     }
 
     Surface {
-        id: popups
-        property var ids: []
         x: panel.x + panel.width - width; width: 340; height: Math.max(1, cards.height)
         flags: Qt.ToolTip | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
-        visible: ids.length > 0 && !centre.visible
-        function show(id) { ids = [id].concat(ids).slice(0, 4); timer.restart() }
-        Timer { id: timer; interval: 6000; onTriggered: popups.ids = [] }
+        visible: popups.count > 0
         Column {
             id: cards
             width: parent.width
             Repeater {
-                model: notifications
-                Card { width: cards.width; row: model; visible: popups.ids.includes(model.id) }
+                model: popups
+                Card { width: cards.width; row: model }
             }
         }
+        HoverHandler { onHoveredChanged: popups.held = hovered }
     }
 }

@@ -1,24 +1,35 @@
 #include "cards.h"
 
+#include <quorvaneshell/notifications/notificationpopups.h>
 #include <quorvaneshell/pictures/icon.h>
 
+#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
 
-using quorvane::Notifications;
+#include <memory>
 
-Cards::Cards(Notifications *notifications, Kind kind)
-    : _notifications(notifications)
-    , _kind(kind)
+using namespace quorvane;
+
+Cards::Cards(ListModel *model, Notifications *notifications, Qt::WindowType type)
+    : _model(model)
+    , _notifications(notifications)
     , _layout(this)
 {
-    setWindowFlags(kind == All ? Qt::Popup : Qt::ToolTip);
-    setAttribute(Qt::WA_NoMouseReplay);
+    setWindowFlags(type);
+    setAttribute(Qt::WA_NoMouseReplay); // The button that opens it does not open it again.
     setFixedWidth(340);
-    connect(notifications, &Notifications::posted, this, &Cards::_show);
-    connect(notifications, &Notifications::replaced, this, &Cards::_show);
-    connect(notifications, &Notifications::closed, this, &Cards::_take);
+    const auto exchange = [this](const QModelIndex &first, const QModelIndex &last) {
+        _remove(first.row(), last.row());
+        _insert(first.row(), last.row());
+    };
+    connect(model, &ListModel::rowsInserted, this,
+            [this](const QModelIndex &, int first, int last) { _insert(first, last); });
+    connect(model, &ListModel::rowsRemoved, this,
+            [this](const QModelIndex &, int first, int last) { _remove(first, last); });
+    connect(model, &ListModel::dataChanged, this, exchange);
+    connect(model, &ListModel::layoutChanged, this,
+            [this, exchange] { exchange(_model->index(0), _model->index(_model->count() - 1)); });
 }
 
 void Cards::setCorner(const QPoint &corner)
@@ -27,32 +38,38 @@ void Cards::setCorner(const QPoint &corner)
     _fit();
 }
 
-void Cards::_show(uint id)
+// Nothing disappears under the pointer.
+bool Cards::event(QEvent *event)
 {
-    _take(id);
-    QWidget *card = _card(id);
-    _layout.insertWidget(0, card);
-    card->show();
-    _cards.insert(id, card);
-    if (_kind == New)
-        QTimer::singleShot(6000, card, [this, id] { _take(id); });
+    auto *popups = qobject_cast<NotificationPopups *>(_model);
+    if (popups && (event->type() == QEvent::Enter || event->type() == QEvent::Leave))
+        popups->setHeld(event->type() == QEvent::Enter);
+    return QFrame::event(event);
+}
+
+void Cards::_insert(int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        QWidget *card = _card(_model->get(row));
+        _layout.insertWidget(row, card);
+        card->show();
+    }
     _fit();
 }
 
-void Cards::_take(uint id)
+void Cards::_remove(int first, int last)
 {
-    QWidget *card = _cards.take(id);
-    if (!card)
-        return;
-    _layout.removeWidget(card);
-    card->hide();
-    card->deleteLater();
+    for (int row = last; row >= first; --row) {
+        const std::unique_ptr<QLayoutItem> item(_layout.takeAt(row));
+        item->widget()->hide();
+        item->widget()->deleteLater();
+    }
     _fit();
 }
 
-QWidget *Cards::_card(uint id)
+QWidget *Cards::_card(const QVariantMap &values)
 {
-    const QVariantMap values = _notifications->find(id);
+    const uint id = values.value(QStringLiteral("id")).toUInt();
     const auto text
             = [&values](const char *role) { return values.value(QLatin1String(role)).toString(); };
     auto *picture = new QLabel;
@@ -94,6 +111,6 @@ void Cards::_fit()
 {
     adjustSize();
     move(_corner - QPoint(width(), height()));
-    if (_kind == New)
-        setVisible(!_cards.isEmpty());
+    if (windowType() == Qt::ToolTip)
+        setVisible(_model->count() > 0);
 }

@@ -3,31 +3,30 @@
 #include <quorvaneshell/notifications/notifications.h>
 
 #include <QFrame>
-#include <QHash>
 #include <QVBoxLayout>
 
-// Notifications one below the other: all that is pending, or for a few seconds what is new.
+// A card for each row of a model of notifications: of all, or of those that pop up.
 class Cards : public QFrame
 {
     Q_OBJECT
 
 public:
-    enum Kind { All, New };
-
-    Cards(quorvane::Notifications *notifications, Kind kind);
+    Cards(quorvane::ListModel *model, quorvane::Notifications *notifications, Qt::WindowType type);
 
     // The lower right corner, on the screen.
     void setCorner(const QPoint &corner);
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
-    void _show(uint id);
-    void _take(uint id);
-    QWidget *_card(uint id);
+    void _insert(int first, int last);
+    void _remove(int first, int last);
+    QWidget *_card(const QVariantMap &values);
     void _fit();
 
+    quorvane::ListModel *const _model;
     quorvane::Notifications *const _notifications;
-    const Kind _kind;
     QVBoxLayout _layout;
-    QHash<uint, QWidget *> _cards;
     QPoint _corner;
 };

@@ -30,11 +30,7 @@ Launcher::Launcher()
     connect(&_search, &QLineEdit::returnPressed, this, [this] { _launch(_list.currentIndex()); });
     connect(&_list, &QListView::clicked, this, &Launcher::_launch);
     connect(&_applications, &Applications::failed, this,
-            [](const QString &appId, const QString &message) {
-                auto *box = new QMessageBox(QMessageBox::Warning, appId, message);
-                box->setAttribute(Qt::WA_DeleteOnClose);
-                box->show();
-            });
+            [this](auto appId, auto message) { QMessageBox::warning(this, appId, message); });
 }
 
 void Launcher::open()

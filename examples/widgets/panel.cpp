@@ -1,9 +1,8 @@
 #include "panel.h"
 
-#include <QDateTime>
 #include <QHBoxLayout>
-#include <QLocale>
 #include <QScreen>
+#include <QTime>
 
 Panel::Panel()
 {
@@ -21,11 +20,18 @@ Panel::Panel()
     _start.setText(tr("Applications"));
     connect(&_start, &QToolButton::clicked, &_launcher, &Launcher::open);
     connect(&_bell, &QToolButton::clicked, &_centre, &QWidget::show);
-    connect(&_notifications, &quorvane::Notifications::countChanged, this, &Panel::_showCount);
-    connect(&_minute, &QTimer::timeout, this, &Panel::_showTime);
+    const auto showCount
+            = [this] { _bell.setText(tr("Notifications (%1)").arg(_notifications.count())); };
+    connect(&_notifications, &quorvane::Notifications::countChanged, this, showCount);
+    const auto showTime = [this] {
+        const QTime now = QTime::currentTime();
+        _clock.setText(now.toString(QStringLiteral("hh:mm")));
+        _minute.start((60 - now.second()) * 1000);
+    };
+    connect(&_minute, &QTimer::timeout, this, showTime);
     connect(screen(), &QScreen::geometryChanged, this, &Panel::_place);
-    _showCount();
-    _showTime();
+    showCount();
+    showTime();
     _place();
 }
 
@@ -37,17 +43,4 @@ void Panel::_place()
     _launcher.move(geometry().topLeft() - QPoint(0, _launcher.height()));
     _centre.setCorner(geometry().topRight());
     _popups.setCorner(geometry().topRight());
-}
-
-void Panel::_showTime()
-{
-    const QDateTime now = QDateTime::currentDateTime();
-    _clock.setText(now.toString(QStringLiteral("hh:mm")));
-    _clock.setToolTip(QLocale().toString(now.date()));
-    _minute.start((60 - now.time().second()) * 1000);
-}
-
-void Panel::_showCount()
-{
-    _bell.setText(tr("Notifications (%1)").arg(_notifications.count()));
 }

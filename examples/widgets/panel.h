@@ -4,6 +4,8 @@
 #include "launcher.h"
 #include "traybar.h"
 
+#include <quorvaneshell/notifications/notificationpopups.h>
+
 #include <QFrame>
 #include <QLabel>
 #include <QTimer>
@@ -19,13 +21,12 @@ public:
 
 private:
     void _place();
-    void _showTime();
-    void _showCount();
 
     quorvane::Notifications _notifications;
     Launcher _launcher;
-    Cards _centre { &_notifications, Cards::All };
-    Cards _popups { &_notifications, Cards::New };
+    quorvane::NotificationPopups _new;
+    Cards _centre { &_notifications, &_notifications, Qt::Popup };
+    Cards _popups { &_new, &_notifications, Qt::ToolTip };
     QToolButton _start;
     TrayBar _tray;
     QToolButton _bell;

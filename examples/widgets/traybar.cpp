@@ -61,11 +61,7 @@ void TrayBar::mousePressEvent(QMouseEvent *event)
 void TrayBar::wheelEvent(QWheelEvent *event)
 {
     const QString key = indexAt(event->position().toPoint()).data(Tray::KeyRole).toString();
-    const QPoint delta = event->angleDelta();
-    if (delta.y())
-        _tray.scroll(key, delta.y());
-    else
-        _tray.scroll(key, delta.x(), Qt::Horizontal);
+    _tray.scroll(key, event->angleDelta().y());
 }
 
 void TrayBar::_showMenu(const QString &key, int x, int y)

@@ -66,7 +66,7 @@ class NotificationAdaptor : public QDBusAbstractAdaptor
                 "    </method>\n"
                 "  </interface>\n")
 
-    Q_PROPERTY(bool Inhibited READ isInhibited)
+    Q_PROPERTY(bool Inhibited READ isInhibited) // clazy:exclude=qproperty-without-notify
 
 public:
     static QString name();

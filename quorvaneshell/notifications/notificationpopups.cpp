@@ -208,7 +208,8 @@ void NotificationPopupsPrivate::update()
     _makeRoom();
 
     NotificationRows wanted;
-    for (const uint id : _ids.mid(0, maximum))
+    const QList<uint> shown = _ids.mid(0, maximum);
+    for (const uint id : shown)
         wanted.push_back(list()->find(id));
     const QPointer<NotificationPopups> alive(_model);
     rows.show(wanted);
@@ -229,7 +230,8 @@ bool NotificationPopupsPrivate::_mayShow(const Notification &notification) const
 void NotificationPopupsPrivate::_takeFresh()
 {
     QList<uint> late;
-    for (const uint id : std::exchange(_fresh, {})) {
+    const QList<uint> fresh = std::exchange(_fresh, {});
+    for (const uint id : fresh) {
         const NotificationRow notification = list()->find(id);
         if (!notification)
             continue;

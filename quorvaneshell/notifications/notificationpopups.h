@@ -1,6 +1,6 @@
 #pragma once
 
-#include "notifications.h"
+#include <quorvaneshell/notifications/notifications.h>
 
 namespace quorvane {
 
@@ -43,8 +43,8 @@ class QUORVANE_SHELL_EXPORT NotificationPopups : public ListModel
         afterwards. False at first. */
     Q_PROPERTY(bool held READ isHeld WRITE setHeld NOTIFY heldChanged)
 
-    /*! Whether only what is critical pops up, as it is while Notifications::inhibited is true. What is there and isn't goes, and does not come back.
-        False at first. */
+    /*! Whether only what is critical pops up, as it is while Notifications::inhibited is true. What is
+        there and isn't goes, and does not come back. False at first. */
     Q_PROPERTY(bool quiet READ isQuiet WRITE setQuiet NOTIFY quietChanged)
 
     /*! Whether only what is transient pops up, even of what is critical: while a list of the others is in

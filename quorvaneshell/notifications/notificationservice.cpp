@@ -33,12 +33,8 @@ NotificationService::NotificationService()
     new NotificationAdaptor(this, exported);
     _bus = new BusService(NotificationAdaptor::name(), exported, this);
     connect(_bus, &BusService::changed, this, &NotificationService::registrationChanged);
-    connect(&_inhibitions, &NotificationInhibitions::changed, this, [this] {
-        const QPointer<NotificationService> alive(this);
-        Q_EMIT inhibitionsChanged();
-        if (alive)
-            _tellWhetherInhibited();
-    });
+    connect(&_inhibitions, &NotificationInhibitions::changed, this,
+            &NotificationService::_tellOfInhibitions);
     new BusService(QStringLiteral("com.zovar.NotificationManager"),
                    new PendingNotifications(&_list, this), this);
 }
@@ -96,6 +92,14 @@ void NotificationService::setDoNotDisturb(bool doNotDisturb)
         return;
     const QPointer<NotificationService> alive(this);
     Q_EMIT doNotDisturbChanged();
+    if (alive)
+        _tellWhetherInhibited();
+}
+
+void NotificationService::_tellOfInhibitions()
+{
+    const QPointer<NotificationService> alive(this);
+    Q_EMIT inhibitionsChanged();
     if (alive)
         _tellWhetherInhibited();
 }

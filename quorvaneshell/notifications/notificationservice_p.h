@@ -53,6 +53,7 @@ Q_SIGNALS:
 
 private:
     NotificationService();
+    void _tellOfInhibitions();
     void _tellWhetherInhibited();
 
     QStringList _capabilities;

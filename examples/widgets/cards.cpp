@@ -88,7 +88,8 @@ QWidget *Cards::_card(const QVariantMap &values)
     };
     if (values.value(QStringLiteral("hasDefault")).toBool())
         addButton(tr("Open"), [this, id] { _notifications->invoke(id, QStringLiteral("default")); });
-    for (const QVariant &each : values.value(QStringLiteral("actions")).toList()) {
+    const QVariantList actions = values.value(QStringLiteral("actions")).toList();
+    for (const QVariant &each : actions) {
         const QVariantMap action = each.toMap();
         addButton(action.value(QStringLiteral("text")).toString(),
                   [this, id, name = action.value(QStringLiteral("id")).toString()] {

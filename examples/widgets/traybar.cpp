@@ -35,7 +35,6 @@ TrayBar::TrayBar()
     setIconSize({ 22, 22 });
     setSelectionMode(QListView::NoSelection);
     setFrameShape(QFrame::NoFrame);
-    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);

@@ -93,7 +93,7 @@ private Q_SLOTS:
         qputenv("QT_QPA_PLATFORM", "xcb");
         peer.start(TRAYPEER, { "icon", "kettle" });
         SAYS(peer, "ready");
-        const QRegularExpression item("(.*)/StatusNotifierItem");
+        static const QRegularExpression item("(.*)/StatusNotifierItem");
         QTRY_VERIFY(_watcher.RegisteredStatusNotifierItems().indexOf(item) >= 0);
         const QStringList items = _watcher.RegisteredStatusNotifierItems().filter(item);
         _read(items.value(0).section('/', 0, 0), "/MenuBar");

@@ -21,7 +21,8 @@ class WindowMatcherTest : public QObject
     {
         const DesktopFile file(ENTRIES);
         QVector<ApplicationPointer> applications;
-        for (const QString &line : lines(ENTRIES)) {
+        const QStringList all = lines(ENTRIES);
+        for (const QString &line : all) {
             if (!line.startsWith('['))
                 continue;
             const QByteArray group = line.mid(1, line.size() - 2).toUtf8();
@@ -42,7 +43,8 @@ private Q_SLOTS:
     void windowsBelongToApplications_data()
     {
         QTest::addColumn<QStringList>("columns");
-        for (const QString &line : lines(CASES)) {
+        const QStringList all = lines(CASES);
+        for (const QString &line : all) {
             QStringList columns = line.split('|');
             for (QString &column : columns)
                 column = column.trimmed();
@@ -72,7 +74,8 @@ private Q_SLOTS:
         const ProcessIdentity own = processIdentity(QCoreApplication::applicationPid());
         QVERIFY(own.isKnown);
         QCOMPARE(own.executable, QCoreApplication::applicationFilePath());
-        QCOMPARE(own.commandLine.first(), QFile::encodeName(QCoreApplication::arguments().first()));
+        QCOMPARE(own.commandLine.value(0),
+                 QFile::encodeName(QCoreApplication::arguments().value(0)));
         QCOMPARE(flatpakApplication("[Instance]\nname=a\n[Application]\nname=b\n"), "b");
         QProcess child;
         child.start("sleep", { "60" });

@@ -201,7 +201,8 @@ private Q_SLOTS:
 
     void theExamplesLoad()
     {
-        for (const char *name : { "first.qml", "pending.qml", "search.qml", "traymenu.qml" }) {
+        for (const char *name :
+             { "first.qml", "panel.qml", "pending.qml", "search.qml", "traymenu.qml" }) {
             QQmlComponent component(&_engine, QUrl::fromLocalFile(QDir(EXAMPLES).filePath(name)));
             const std::unique_ptr<QObject> object(component.create());
             QVERIFY2(object, qPrintable(component.errorString()));

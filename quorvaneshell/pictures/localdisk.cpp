@@ -65,9 +65,11 @@ QByteArray linkTarget(const QByteArray &path)
 bool isOnLocalDisk(const QByteArray &path)
 {
     const QHash<QByteArray, bool> known = mounts();
-    if (path.size() >= PATH_MAX || !known.value("/"))
+    if (path.size() >= PATH_MAX || known.isEmpty())
         return false;
-    QByteArray place; // Without links; empty for the root.
+    // Without links. Empty for the root, which is not looked up: nothing answers where that doesn't,
+    // and within a container it need not be mounted at all.
+    QByteArray place;
     QByteArrayList names = path.split('/');
     int links = 0;
     while (!names.isEmpty()) {

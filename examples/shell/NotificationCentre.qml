@@ -124,27 +124,24 @@ FocusScope {
                 Layout.fillWidth: true
                 font { bold: true; pixelSize: Theme.headingText }
             }
-            Row {
-                spacing: Theme.gap
+            PushButton {
+                id: hush
 
-                PushButton {
-                    id: hush
+                checkable: true
+                text: "Quiet"
+                Accessible.name: "Do not disturb"
+                onToggled: centre.notifications.doNotDisturb = checked
 
-                    checkable: true
-                    text: "Quiet"
-                    Accessible.name: "Do not disturb"
-                    onToggled: centre.notifications.doNotDisturb = checked
-
-                    Tip {
-                        text: "Do not disturb: only what is critical pops up"
-                        visible: hush.hovered
-                    }
+                Tip {
+                    text: "Do not disturb: only what is critical pops up"
+                    visible: hush.hovered
                 }
-                PushButton {
-                    text: "Clear all"
-                    visible: list.count > 0
-                    onClicked: centre.notifications.clear()
-                }
+            }
+            PushButton { // Keeps its place: with Qt 6 a layout doesn't follow what comes later.
+                text: "Clear all"
+                enabled: list.count > 0
+                opacity: enabled ? 1 : 0
+                onClicked: centre.notifications.clear()
             }
         }
 

@@ -76,6 +76,7 @@ FocusScope {
                 focus: true
                 leftPadding: 40
                 placeholderText: "Search applications"
+                placeholderTextColor: Theme.muted
                 selectByMouse: true
                 Accessible.name: placeholderText
                 Keys.onDownPressed: grid.forceActiveFocus()
